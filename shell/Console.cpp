@@ -1,0 +1,209 @@
+#include "shell/Console.h"
+
+#include "elements/Reports.h"
+#include "shell/TextBrowser.h"
+
+#include <QAction>
+#include <QDockWidget>
+#include <QFileInfo>
+#include <QMenu>
+#include <QMessageBox>
+#include <QProcess>
+#include <QScrollBar>
+#include <QSet>
+#include <QTabWidget>
+#include <QTextBrowser>
+#include <QTextCursor>
+
+namespace {
+const QString kColon = QStringLiteral("$$$COLON$$$");
+const QString kXmlOpen = QStringLiteral("$xmlopen$");
+}
+
+Console::Console(QWidget *window, bool quiet)
+    : QObject(window)
+    , m_window(window)
+    , m_dialogsOn(!quiet)
+    , m_echoOn(quiet)
+{
+    m_dock = new QDockWidget(tr("Console"), window);
+    m_dock->setObjectName(QStringLiteral("consoleDock"));
+    m_dock->setMaximumHeight(260);
+    m_dock->setFeatures(QDockWidget::DockWidgetClosable);
+
+    m_tabs = new QTabWidget(m_dock);
+    m_log = new QTextBrowser(m_tabs);
+    m_log->setObjectName(QStringLiteral("consoleLog"));
+    m_log->setReadOnly(true);
+    m_log->setOpenLinks(false);
+    m_log->setOpenExternalLinks(false);
+    m_log->setContextMenuPolicy(Qt::CustomContextMenu);
+    m_script = new TextBrowser(m_tabs);
+    m_script->setObjectName(QStringLiteral("consoleScript"));
+    m_tabs->addTab(m_log, tr("Log"));
+    m_tabs->addTab(m_script, tr("Script"));
+    m_terminal = new QTextBrowser(m_tabs);
+    m_terminal->setObjectName(QStringLiteral("consoleTerminal"));
+    m_terminal->setReadOnly(true);
+    m_terminal->hide();
+    m_dock->setWidget(m_tabs);
+
+    connect(m_log, &QTextBrowser::anchorClicked, this, &Console::on_anchorClicked);
+    connect(m_log, &QWidget::customContextMenuRequested, this, &Console::showContextMenu);
+    // Closing the dock by hand keeps it closed; messages do not pop it up.
+    connect(m_dock->toggleViewAction(), &QAction::triggered, this,
+            [this](bool checked) { m_hiddenByUser = !checked; });
+
+    m_formerSink = MessageSink::install(this);
+}
+
+Console::~Console()
+{
+    if (MessageSink::current() == this)
+        MessageSink::install(m_formerSink);
+    closeMirror();
+}
+
+void Console::openMirror(const QString &fileName)
+{
+    closeMirror();
+    if (fileName.isEmpty())
+        return;
+    m_mirror.setFileName(fileName);
+    if (!m_mirror.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text)) {
+        const QString reason = m_mirror.errorString();
+        m_mirrorOn = false;
+        Report::cannotOpenFile(QFileInfo(fileName).absoluteFilePath(), reason);
+        return;
+    }
+    m_mirrorOn = true;
+}
+
+void Console::closeMirror()
+{
+    if (m_mirror.isOpen())
+        m_mirror.close();
+    m_mirrorOn = false;
+}
+
+void Console::writeMirror(QString text)
+{
+    if (!m_mirrorOn)
+        return;
+    m_mirror.write(text.toLatin1());
+    m_mirror.flush();
+}
+
+void Console::consolePrint(const QString &html)
+{
+    QTextCursor cursor = m_log->textCursor();
+    cursor.movePosition(QTextCursor::End);
+    m_log->setTextCursor(cursor);
+    m_log->insertHtml(html);
+    cursor.movePosition(QTextCursor::End);
+    m_log->setTextCursor(cursor);
+    m_log->ensureCursorVisible();
+
+    if (m_dock->isHidden() && !m_hiddenByUser)
+        m_dock->show();
+
+    writeMirror(html);
+}
+
+void Console::showError(const QString &text)
+{
+    if (m_dialogsOn) {
+        if (!m_box) {
+            m_box = new QMessageBox(m_window);
+            m_box->setWindowFlags(m_box->windowFlags() | Qt::WindowStaysOnTopHint);
+            m_box->setIcon(QMessageBox::Warning);
+            m_box->setWindowTitle(QStringLiteral("Quillon"));
+            m_box->setModal(false);
+        }
+        // A new message replaces the last one: messages are not queued.
+        m_box->setText(text);
+        m_box->show();
+    }
+    if (m_echoOn) {
+        QString html = text;
+        if (!html.contains(QLatin1String("<br>")))
+            html += QLatin1String("<br>");
+        // The echo goes to the pane only; the mirror receives the message
+        // once, below, in its plain form.
+        const bool mirror = m_mirrorOn;
+        m_mirrorOn = false;
+        consolePrint(html);
+        m_mirrorOn = mirror;
+    }
+    if (m_mirrorOn) {
+        QString line = text;
+        if (!line.endsWith(QLatin1Char('\n')))
+            line += QLatin1Char('\n');
+        writeMirror(line);
+    }
+}
+
+QString Console::plainText() const
+{
+    return m_log->toPlainText();
+}
+
+QString Console::linkTarget(const QString &text)
+{
+    QString t = text;
+    return t.replace(QLatin1Char(':'), kColon);
+}
+
+QString Console::fileLink(const QString &file, qint64 line, qint64 column)
+{
+    return QStringLiteral("$xmlopen$%1$-n%2$-c%3").arg(linkTarget(file)).arg(line).arg(column);
+}
+
+void Console::clearConsole()
+{
+    m_log->clear();
+}
+
+void Console::consolePrintValidationError(const QString &errorMsg, const QString &errorData)
+{
+    consolePrint(QStringLiteral("<font color=\"blue\"> <b>%1:</b></font><br>").arg(errorMsg));
+    consolePrint(QStringLiteral("<font color=\"red\"> %1</font><br>").arg(errorData));
+}
+
+void Console::consolePrintXmlErrors(const QSet<QString> &xmlErrors)
+{
+    for (const QString &error : xmlErrors)
+        consolePrint(QStringLiteral("<font color=\"red\">  <b>XML Error: </b></font><b>Validation Error: </b>%1<br>").arg(error));
+}
+
+void Console::on_anchorClicked(const QUrl &link)
+{
+    QString target = link.toString();
+    if (target.startsWith(kXmlOpen)) {
+        if (m_externalEditor.isEmpty())
+            return;
+        target.remove(0, kXmlOpen.size());
+        target.replace(kColon, QStringLiteral(":"));
+        const QStringList args = target.split(QLatin1Char('$'), Qt::SkipEmptyParts);
+        QProcess::execute(m_externalEditor, args);
+        return;
+    }
+    target.replace(kColon, QStringLiteral(":"));
+    emit elementLinkClicked(target);
+}
+
+void Console::showContextMenu(const QPoint &pt)
+{
+    QMenu menu;
+    QAction *clear = menu.addAction(tr("Clear console"));
+    clear->setStatusTip(tr("Clear the console."));
+    connect(clear, &QAction::triggered, this, &Console::clearConsole);
+    menu.exec(m_log->mapToGlobal(pt));
+}
+
+void Console::readConsole(const QString &text)
+{
+    QString html = text;
+    html.replace(QLatin1Char('\n'), QLatin1String("<br>"));
+    consolePrint(html);
+}
