@@ -107,7 +107,9 @@ void Console::consolePrint(const QString &html)
     if (m_dock->isHidden() && !m_hiddenByUser)
         m_dock->show();
 
-    writeMirror(html);
+    // One message a line keeps the mirror readable and greppable; the text
+    // itself is kept as it is, tags included.
+    writeMirror(html.endsWith(QLatin1Char('\n')) ? html : html + QLatin1Char('\n'));
 }
 
 void Console::showError(const QString &text)

@@ -1,0 +1,66 @@
+#pragma once
+#include <QString>
+
+class QObject;
+class QWidget;
+class QRadioButton;
+class AbsoluteWidget;
+class GridWidget;
+class GroupBox;
+class HorizontalWidget;
+class TabWidget;
+class TreeWidget;
+class VerticalWidget;
+
+// Factory interface of every container. The reader never creates a form
+// element itself: it asks the current container, which makes the element
+// its child and lays it out in its own way (a box appends, a grid moves its
+// cursor, a tab adds a page, a tree adds a row). A Container has no data of
+// its own.
+//
+// Every factory takes the element's label, an insertion index (-1 appends)
+// and its define, which becomes the object name.
+class Container
+{
+public:
+    virtual ~Container();
+
+    // Puts an existing widget into the layout (a spacer, a line, an element
+    // made elsewhere). Absolute containers and trees ignore it.
+    virtual void addWidget(QWidget *widget, const QString &label = QString(), int index = -1) = 0;
+
+    virtual QRadioButton *addRadioButton(const QString &label, int index, const QString &define);
+
+    virtual TabWidget *addTabContainer(const QString &label, int index, const QString &name);
+    virtual AbsoluteWidget *addAbsoluteContainer(const QString &label, int index, const QString &name);
+    virtual GroupBox *addGroupContainer(const QString &label, int index, const QString &name);
+    virtual HorizontalWidget *addHorizontalContainer(const QString &label, int index, const QString &name);
+    virtual GridWidget *addGridContainer(const QString &label, int index, const QString &name);
+    virtual VerticalWidget *addVerticalContainer(const QString &label, int index, const QString &name);
+    virtual TreeWidget *addTreeContainer(const QString &label, int index, const QString &name);
+
+    // The container's name (its object name; for a tree row, its branch name).
+    virtual QString objectName() const = 0;
+
+    // The widget this container is, or for a tree row the tree's widget.
+    virtual QWidget *containerWidget() = 0;
+
+protected:
+    // The parent a new child is created with; null for tree rows, whose
+    // children are parented when the row takes them.
+    virtual QWidget *childParent() = 0;
+    // Lays out a newly created child.
+    virtual void placeChild(QWidget *child, const QString &label, int index) = 0;
+
+    template <class T>
+    T *make(const QString &label, int index, const QString &name)
+    {
+        T *child = new T(childParent());
+        child->setObjectName(name);
+        placeChild(child, label, index);
+        return child;
+    }
+};
+
+// The Container behind a widget, or null.
+Container *asContainer(QObject *object);

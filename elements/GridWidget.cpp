@@ -1,0 +1,39 @@
+#include "elements/GridWidget.h"
+
+#include "elements/TabWidget.h"
+
+#include <QGridLayout>
+
+GridWidget::GridWidget(QWidget *parent)
+    : QFrame(parent)
+{
+    m_layout = new QGridLayout(this);
+    m_layout->setContentsMargins(4, 4, 4, 4);
+    setAutoFillBackground(true);
+}
+
+void GridWidget::addWidget(QWidget *widget, const QString &label, int index)
+{
+    Q_UNUSED(label);
+    if (index < 0) {
+        m_layout->addWidget(widget, m_row, m_column);
+    } else {
+        // An explicit position counts cells line by line.
+        m_layout->addWidget(widget, index / m_columns, index % m_columns);
+    }
+}
+
+void GridWidget::placeChild(QWidget *child, const QString &label, int index)
+{
+    addWidget(child, label, index);
+    if (++m_column >= m_columns) {
+        m_column = 0;
+        ++m_row;
+    }
+}
+
+void GridWidget::childSetDef(int iPageNr)
+{
+    for (const QString &setDef : TabWidget::pageSetDefs(this, iPageNr))
+        emit selected_setDef(setDef);
+}

@@ -1,0 +1,32 @@
+#pragma once
+#include <QWidget>
+
+#include "elements/Container.h"
+
+class QBoxLayout;
+
+// A column of elements (verticalcontainer).
+class VerticalWidget : public QWidget, public Container
+{
+    Q_OBJECT
+public:
+    explicit VerticalWidget(QWidget *parent = nullptr);
+
+    void addWidget(QWidget *widget, const QString &label = QString(), int index = -1) override;
+    QString objectName() const override { return QObject::objectName(); }
+    QWidget *containerWidget() override { return this; }
+    QBoxLayout *boxLayout() const { return m_layout; }
+
+signals:
+    void selected_setDef(const QString &data);
+
+public slots:
+    void childSetDef(int iPageNr);
+
+protected:
+    QWidget *childParent() override { return this; }
+    void placeChild(QWidget *child, const QString &label, int index) override;
+
+private:
+    QBoxLayout *m_layout = nullptr;
+};

@@ -1,0 +1,132 @@
+#pragma once
+#include <QByteArray>
+#include <QHash>
+#include <QString>
+#include <QStringList>
+#include <QXmlStreamReader>
+#include <functional>
+#include <memory>
+
+#include "reader/DocumentState.h"
+
+class Container;
+class DocumentTables;
+class QIODevice;
+class QObject;
+class QWidget;
+
+// What the reader needs from the run: the -d and -i texts of the command
+// line, the home page (exempt from the version check), and the object whose
+// slots the elements' signals end in (the main window; null in tests).
+struct ReaderOptions
+{
+    QString defines;
+    QString includePaths;
+    QString homePage;
+    QObject *slotHost = nullptr;
+};
+
+// Turns an nvxmlcfg document into a live form in one forward pass, with no
+// document tree: each element is made by its container's factory as it is
+// met, in document order. Lives for one read.
+class DescriptionReader
+{
+public:
+    // The reader of one element kind: called with the current container
+    // while the stream stands at the element's start tag; it must consume
+    // the element up to its end tag.
+    using Handler = std::function<void(DescriptionReader &reader, Container *container)>;
+
+    DescriptionReader(DocumentTables &tables, const ReaderOptions &options);
+    ~DescriptionReader();
+
+    // Reads a document from an open device; fileName is used in messages
+    // and for the folder of relative paths. True on success; the root
+    // container then belongs to the caller (takeRootWidget).
+    bool read(QIODevice *device, const QString &fileName);
+
+    // The stream's error text with the file position, for "Cannot read file".
+    QString errorString() const;
+
+    // Sends a message about the element at the stream's position to the
+    // console; the read goes on.
+    void xmlMessage(const QString &text, const QString &define, bool isError);
+
+    // Reads the children of the current element into a container.
+    void readChildren(Container *container);
+
+    // The root container's widget; ownership passes to the caller.
+    QWidget *takeRootWidget();
+    QWidget *rootWidget() const { return m_root; }
+
+    const DocumentState &state() const { return m_state; }
+    DocumentState &state() { return m_state; }
+    QXmlStreamReader &xml() { return *m_xml; }
+    DocumentTables &tables() { return m_tables; }
+    const ReaderOptions &options() const { return m_options; }
+    // The file named in messages (the include being read, or the document).
+    QString fileName() const { return m_fileName; }
+    // The folder relative paths are taken from.
+    QString folder() const { return m_folder; }
+    // The header the following elements are exported to (the enclosing
+    // `header` element's file).
+    QString currentHeader() const { return m_header; }
+    // The whole document, as read in text mode, for its digest.
+    const QByteArray &content() const { return m_content; }
+
+    // Registers the reader of an element kind (by exact, case-sensitive name).
+    void registerHandler(const QString &name, Handler handler);
+
+    enum DefineTable { ElementDefine, PushButtonDefine, VarDefine, ImageDefine };
+    // Reports a non-empty define that is already in the given table; the
+    // reader carries on with the duplicate. True when it was a duplicate.
+    bool checkDuplicateDefine(const QString &define, DefineTable table);
+
+    // Next running name of a container: prefix + "_" + number of containers.
+    QString nextContainerName(const QString &prefix) const;
+
+    // Registers a container under its name and wires its page set-defs.
+    void registerContainer(Container *container, QWidget *widget);
+
+    // Connects a signal of the element to the host's slot of that name, if
+    // the host has one.
+    void connectToHost(QObject *sender, const char *signal, const char *slot);
+
+    // Resolves a file named by the description: as given, else in the
+    // document's folder. Empty when it is in neither.
+    QString findFile(const QString &name) const;
+
+    // Raises an error on the stream, ending the read.
+    void raiseError(const QString &text);
+
+private:
+    bool readRoot();
+    bool checkVersion(const QString &rootName, const QString &version);
+    bool checkChecksum(const QByteArray &bytes, bool &pendingChild);
+    bool readRootLevelElement(bool &containerFound);
+    void dispatch(Container *container);
+    void readChildrenFrom(Container *container, bool pendingChild);
+    void readInclude(Container *container);
+    void readHeader(Container *container);
+    void readBranch(Container *container);
+    void readContainer(Container *parent, const QString &kind, const QString &name);
+    bool readFileElement(const QString &kind);
+    void readVersion();
+    void registerBuiltinHandlers();
+    QString positionText(bool withBreak) const;
+
+    DocumentTables &m_tables;
+    ReaderOptions m_options;
+    DocumentState m_state;
+    std::unique_ptr<QXmlStreamReader> m_ownStream;
+    QXmlStreamReader *m_xml = nullptr;
+    QByteArray m_content;
+    QString m_fileName;
+    QString m_folder;
+    QString m_header;
+    QString m_documentVersion;
+    QWidget *m_root = nullptr;
+    QHash<QString, Handler> m_handlers;
+    QList<Container *> m_containers;
+    QStringList m_includeStack;
+};

@@ -1,0 +1,32 @@
+#pragma once
+#include <QString>
+#include <QtGlobal>
+
+// What a description says at its root level, beside its form: the files it
+// names, its version, its link settings. The reader fills a fresh copy and
+// hands it over only when the read succeeds.
+struct DocumentState
+{
+    QString svdName;
+    QString parameterMapFile;
+    QString pinMappingFile;
+    QString elfFile;
+    QString migrationFile;
+    QString disclaimerName = QStringLiteral("disclaimer.txt");
+    QString documentsFolder = QStringLiteral("Documentation");
+    QString versionText;
+    QString versionLabel;
+    QString forumUrl;
+    QString forumTooltip;
+    QString ioPort;
+    QString ioSettings;
+    QString terminalPort;
+    QString terminalSettings;
+    QString fwVersionMin;
+    QString fwVersionMax;
+    quint16 iocheckMode = 1;
+    bool iocheckSet = false;
+    bool loadSaveAllowed = true;
+    bool usesStick = false;
+    bool usesPython = false;
+};

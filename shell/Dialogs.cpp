@@ -1,0 +1,85 @@
+#include "shell/Dialogs.h"
+
+#include "elements/MessageSink.h"
+
+#include <QFileDialog>
+#include <QInputDialog>
+
+namespace {
+bool g_quiet = false;
+}
+
+void Dialogs::setQuiet(bool quiet)
+{
+    g_quiet = quiet;
+}
+
+bool Dialogs::quiet()
+{
+    return g_quiet;
+}
+
+void Dialogs::reportSkipped(const QString &kind, const QString &title)
+{
+    consolePrint(QStringLiteral("<font color=\"orange\"><b>Quiet mode: </b></font>%1 \"%2\" counts as cancelled.<br>")
+                     .arg(kind, title.toHtmlEscaped()));
+}
+
+QString Dialogs::openFileName(QWidget *parent, const QString &title, const QString &dir, const QString &filter)
+{
+    if (g_quiet) {
+        reportSkipped(QStringLiteral("file dialog"), title);
+        return QString();
+    }
+    return QFileDialog::getOpenFileName(parent, title, dir, filter);
+}
+
+QStringList Dialogs::openFileNames(QWidget *parent, const QString &title, const QString &dir, const QString &filter)
+{
+    if (g_quiet) {
+        reportSkipped(QStringLiteral("file dialog"), title);
+        return QStringList();
+    }
+    return QFileDialog::getOpenFileNames(parent, title, dir, filter);
+}
+
+QString Dialogs::saveFileName(QWidget *parent, const QString &title, const QString &dir, const QString &filter)
+{
+    if (g_quiet) {
+        reportSkipped(QStringLiteral("file dialog"), title);
+        return QString();
+    }
+    return QFileDialog::getSaveFileName(parent, title, dir, filter);
+}
+
+QString Dialogs::existingDirectory(QWidget *parent, const QString &title, const QString &dir)
+{
+    if (g_quiet) {
+        reportSkipped(QStringLiteral("folder dialog"), title);
+        return QString();
+    }
+    return QFileDialog::getExistingDirectory(parent, title, dir);
+}
+
+QMessageBox::StandardButton Dialogs::question(QWidget *parent, QMessageBox::Icon icon, const QString &title,
+                                              const QString &text, QMessageBox::StandardButtons buttons,
+                                              QMessageBox::StandardButton defaultButton)
+{
+    if (g_quiet)
+        return defaultButton;
+    QMessageBox box(icon, title, text, buttons, parent);
+    box.setDefaultButton(defaultButton);
+    return QMessageBox::StandardButton(box.exec());
+}
+
+QString Dialogs::item(QWidget *parent, const QString &title, const QString &label, const QStringList &items,
+                      bool *ok)
+{
+    if (g_quiet) {
+        reportSkipped(QStringLiteral("selection"), title);
+        if (ok)
+            *ok = false;
+        return QString();
+    }
+    return QInputDialog::getItem(parent, title, label, items, 0, false, ok);
+}

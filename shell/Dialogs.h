@@ -1,0 +1,33 @@
+#pragma once
+#include <QMessageBox>
+#include <QString>
+#include <QStringList>
+
+class QWidget;
+
+// Every modal dialog of the program goes through here. In quiet mode none of
+// them may block an unattended run: a question takes its default (or cancel)
+// answer and a file dialog counts as cancelled, with a console line saying
+// so.
+class Dialogs
+{
+public:
+    static void setQuiet(bool quiet);
+    static bool quiet();
+
+    static QString openFileName(QWidget *parent, const QString &title, const QString &dir, const QString &filter);
+    static QStringList openFileNames(QWidget *parent, const QString &title, const QString &dir, const QString &filter);
+    static QString saveFileName(QWidget *parent, const QString &title, const QString &dir, const QString &filter);
+    static QString existingDirectory(QWidget *parent, const QString &title, const QString &dir);
+
+    // A question; in quiet mode the default button is the answer.
+    static QMessageBox::StandardButton question(QWidget *parent, QMessageBox::Icon icon, const QString &title,
+                                                const QString &text, QMessageBox::StandardButtons buttons,
+                                                QMessageBox::StandardButton defaultButton);
+    // A list choice; in quiet mode it counts as cancelled (ok false).
+    static QString item(QWidget *parent, const QString &title, const QString &label, const QStringList &items,
+                        bool *ok);
+
+private:
+    static void reportSkipped(const QString &kind, const QString &title);
+};

@@ -1,0 +1,64 @@
+#pragma once
+#include <QObject>
+#include <QPointer>
+#include <QString>
+
+#include "elements/DocumentTables.h"
+#include "reader/DocumentState.h"
+
+class QWidget;
+struct ReaderOptions;
+
+// One open description: its tables, its root-level settings and its form.
+// The main window holds one and forwards its document slots here, so the
+// life of a document can run and be tested without a window.
+class Document : public QObject
+{
+    Q_OBJECT
+public:
+    // slotHost receives the elements' and records' signals (the window).
+    explicit Document(QObject *slotHost, QObject *parent = nullptr);
+    ~Document() override;
+
+    DocumentTables &tables() { return m_tables; }
+    DocumentState &state() { return m_state; }
+    const DocumentState &state() const { return m_state; }
+
+    QString path() const { return m_path; }
+    QString folder() const { return m_folder; }
+    bool isLoading() const { return m_loading; }
+    void setLoading(bool loading) { m_loading = loading; }
+
+    // Reads a description (the open file) into a new form. On failure the
+    // text for "Cannot read file" is in errorText() and the form is empty.
+    bool read(const QString &fileName, const ReaderOptions &options);
+    QString errorText() const { return m_errorText; }
+
+    // The form's root widget; the caller parents it (the scroll area).
+    QWidget *root() const { return m_root; }
+
+    // Deletes the form and empties the tables.
+    void clear();
+
+    // The names every document has: dummy_define, $ADDRESS$, $VALUE$,
+    // $FUNC$ (and $DIR$ once line edits exist).
+    void createReservedDefines();
+
+    // Defaults of records and elements, then the elements' signals: in this
+    // order, so that no default causes an action. Prints the configuration
+    // line when the document has headers to write.
+    void startUp(bool afterLoad, const QString &configurationName);
+
+    // Kicks the first refresh of every display.
+    void refreshDisplays();
+
+private:
+    QObject *m_slotHost;
+    DocumentTables m_tables;
+    DocumentState m_state;
+    QPointer<QWidget> m_root;
+    QString m_path;
+    QString m_folder;
+    QString m_errorText;
+    bool m_loading = false;
+};

@@ -1,0 +1,124 @@
+#pragma once
+#include <QMainWindow>
+#include <QPointer>
+#include <QString>
+
+#include "shell/IniSettings.h"
+#include "shell/Preferences.h"
+#include "shell/StartOptions.h"
+
+class ActionTable;
+class ActiveElement;
+class Console;
+class DataClass;
+class Document;
+class DocumentTables;
+class QLabel;
+class QScrollArea;
+class QToolBar;
+
+// The one coordinator: it holds the open document, the console and the
+// settings, builds the frame (tool bars, menus, console dock) and offers
+// the slots that the elements' signals end in. The work itself is done by
+// the classes it forwards to.
+//
+// All work of the unattended flows (-g, -s, -x, -b) runs inside the
+// constructor; when it asks the process to end, exitRequested() is true and
+// the window is never shown.
+class MainWindow : public QMainWindow
+{
+    Q_OBJECT
+public:
+    explicit MainWindow(const StartOptions &options, QWidget *parent = nullptr);
+    ~MainWindow() override;
+
+    // The one instance, through which elements reach the window.
+    static MainWindow *instance();
+
+    bool exitRequested() const { return m_exitRequested; }
+    int exitCode() const { return m_exitCode; }
+    // Ends the process after the current step (or at once from the event
+    // loop) with this code.
+    void requestExit(int code);
+
+    Console *console() const { return m_console; }
+    Document *document() const { return m_document; }
+    DocumentTables &tables();
+    const IniSettings &iniSettings() const { return m_ini; }
+    Preferences &preferences() { return m_preferences; }
+    bool quiet() const { return m_options.quiet; }
+
+    ActiveElement *element(const QString &name);
+    DataClass *dataValue(const QString &name);
+
+    // The assignment of -d and of the script command SET.
+    bool setDefineValue(const QString &name, const QString &value);
+
+    void consolePrint(const QString &html);
+    void showError(const QString &text);
+
+    // The close mode a script sets for the next close: 0 asks, 1 saves,
+    // 2 closes at once, 3 refuses.
+    void setCloseMode(int mode) { m_closeMode = mode; }
+
+    // Shows the window as the preferences say: at its stored geometry, or
+    // maximized the first time.
+    void showAsStored();
+
+    // Opens the tab pages and tree rows that hold the element and gives it
+    // the focus.
+    void showElement(ActiveElement *element);
+
+public slots:
+    void open();
+    bool open(const QString &fName);
+    void reopen();
+    void newProject();
+    void documentWasModified(bool modified);
+    void resetGUI();
+    void resetGUI(const QString &s);
+    void changed();
+    void tabSelected();
+    void showSettingsDialog();
+    void showHelp();
+    void showForum();
+    void showAppNotes();
+    void switchFullscreenMode();
+    void expandBranch();
+    void collapseBranch();
+    void clearConsole();
+    void on_anchorClicked(const QString &define);
+
+    // The start-up step of a document; afterLoad after a configuration load.
+    void startUp(bool afterLoad);
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void buildActions();
+    void buildToolBars();
+    void setDocumentActionsEnabled(bool enabled);
+    bool readDocument(const QString &fileName, bool homePage);
+    void placeRoot();
+    bool maybeSave();
+    void storePreferences();
+    void applyCommandLineDefines();
+    void stopWorkers();
+
+    StartOptions m_options;
+    Console *m_console = nullptr;
+    Document *m_document = nullptr;
+    IniSettings m_ini;
+    Preferences m_preferences;
+    ActionTable *m_actions = nullptr;
+    QScrollArea *m_scroll = nullptr;
+    QToolBar *m_lanternToolBar = nullptr;
+    QToolBar *m_toolBar = nullptr;
+    QString m_lastDocument;
+    QString m_configurationPath;
+    int m_closeMode = 0;
+    bool m_exitRequested = false;
+    int m_exitCode = 0;
+    bool m_homePage = false;
+};
