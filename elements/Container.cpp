@@ -20,6 +20,12 @@ QRadioButton *Container::addRadioButton(const QString &label, int index, const Q
     return button;
 }
 
+// Value elements.
+
+// Display elements.
+
+// Views.
+
 TabWidget *Container::addTabContainer(const QString &label, int index, const QString &name)
 {
     return make<TabWidget>(label, index, name);

@@ -31,6 +31,12 @@ public:
 
     virtual QRadioButton *addRadioButton(const QString &label, int index, const QString &define);
 
+    // Value elements.
+
+    // Display elements.
+
+    // Views.
+
     virtual TabWidget *addTabContainer(const QString &label, int index, const QString &name);
     virtual AbsoluteWidget *addAbsoluteContainer(const QString &label, int index, const QString &name);
     virtual GroupBox *addGroupContainer(const QString &label, int index, const QString &name);

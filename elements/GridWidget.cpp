@@ -15,21 +15,23 @@ GridWidget::GridWidget(QWidget *parent)
 void GridWidget::addWidget(QWidget *widget, const QString &label, int index)
 {
     Q_UNUSED(label);
-    if (index < 0) {
-        m_layout->addWidget(widget, m_row, m_column);
-    } else {
+    if (index >= 0) {
         // An explicit position counts cells line by line.
         m_layout->addWidget(widget, index / m_columns, index % m_columns);
+        return;
+    }
+    // Every child takes the cursor's cell, lines and spacers included, so
+    // the grid fills line by line.
+    m_layout->addWidget(widget, m_row, m_column);
+    if (++m_column >= m_columns) {
+        m_column = 0;
+        ++m_row;
     }
 }
 
 void GridWidget::placeChild(QWidget *child, const QString &label, int index)
 {
     addWidget(child, label, index);
-    if (++m_column >= m_columns) {
-        m_column = 0;
-        ++m_row;
-    }
 }
 
 void GridWidget::childSetDef(int iPageNr)

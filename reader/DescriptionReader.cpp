@@ -127,7 +127,13 @@ bool DescriptionReader::read(QIODevice *device, const QString &fileName)
     if (!m_xml->readNextStartElement())
         return !m_xml->hasError();
 
-    return readRoot();
+    if (readRoot())
+        return true;
+    // Half a form is no form: what was built goes, and the caller empties
+    // the tables that point into it.
+    delete m_root;
+    m_root = nullptr;
+    return false;
 }
 
 bool DescriptionReader::readRoot()

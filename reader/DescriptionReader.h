@@ -11,6 +11,7 @@
 
 class Container;
 class DocumentTables;
+class HardwareModel;
 class QIODevice;
 class QObject;
 class QWidget;
@@ -24,6 +25,9 @@ struct ReaderOptions
     QString includePaths;
     QString homePage;
     QObject *slotHost = nullptr;
+    // Where elements claim their register bits; null reads the form without
+    // a hardware model (previews, tests of the layout).
+    HardwareModel *model = nullptr;
 };
 
 // Turns an nvxmlcfg document into a live form in one forward pass, with no
@@ -68,6 +72,10 @@ public:
     QString fileName() const { return m_fileName; }
     // The folder relative paths are taken from.
     QString folder() const { return m_folder; }
+    HardwareModel *model() const { return m_options.model; }
+    // The SVD file named so far (elements bound to it record its name).
+    QString svdName() const { return m_state.svdName; }
+
     // The header the following elements are exported to (the enclosing
     // `header` element's file).
     QString currentHeader() const { return m_header; }

@@ -1,8 +1,11 @@
 #include "reader/ElementReaders.h"
 
 #include "reader/DescriptionReader.h"
+#include "reader/DisplayElementReaders.h"
+#include "reader/ValueElementReaders.h"
 
 void ElementReaders::install(DescriptionReader &reader)
 {
-    Q_UNUSED(reader);
+    ValueElementReaders::install(reader);
+    DisplayElementReaders::install(reader);
 }

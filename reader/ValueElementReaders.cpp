@@ -1,0 +1,8 @@
+#include "reader/ValueElementReaders.h"
+
+#include "reader/DescriptionReader.h"
+
+void ValueElementReaders::install(DescriptionReader &reader)
+{
+    (void)reader;
+}
