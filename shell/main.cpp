@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QIcon>
 #include <QMessageBox>
 #include <cstdio>
@@ -26,6 +27,26 @@ void showUsage(bool quiet)
     box.exec();
 }
 
+// The program works from its own folder, yet a user who types a relative
+// name means it from where they are: names that exist there, and output
+// files, are made absolute before the folder changes meaning.
+void resolveAgainst(const QDir &startDir, StartOptions &o)
+{
+    auto input = [&startDir](QString &name) {
+        if (!name.isEmpty() && QFileInfo(name).isRelative() && QFileInfo::exists(startDir.filePath(name)))
+            name = startDir.absoluteFilePath(name);
+    };
+    auto output = [&startDir](QString &name) {
+        if (!name.isEmpty() && QFileInfo(name).isRelative())
+            name = startDir.absoluteFilePath(name);
+    };
+    input(o.fileName);
+    input(o.batchFile);
+    output(o.consoleLogFile);
+    output(o.outputLogFile);
+    output(o.saveFile);
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -33,6 +54,7 @@ int main(int argc, char *argv[])
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication app(argc, argv);
+    const QDir startDir = QDir::current();
     QDir::setCurrent(QCoreApplication::applicationDirPath());
 
     QCoreApplication::setOrganizationName(QStringLiteral("Norvane Technologies"));
@@ -49,9 +71,8 @@ int main(int argc, char *argv[])
     StartOptions options = CommandLine::parse(arguments);
     if (options.usageRequested)
         showUsage(options.quiet);
-    // Relative names on the command line are meant from where the user
-    // started the program, not from the executable's folder.
     options.fileName.replace(QLatin1Char('\\'), QLatin1Char('/'));
+    resolveAgainst(startDir, options);
 
     MainWindow window(options);
     if (window.exitRequested())
