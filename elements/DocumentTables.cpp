@@ -1,5 +1,6 @@
 #include "elements/DocumentTables.h"
 
+#include "elements/ActiveElement.h"
 #include "elements/DataClass.h"
 
 namespace {
@@ -64,4 +65,15 @@ void DocumentTables::clear()
     pushButtons.clear();
     containers.clear();
     changedHeaders.clear();
+}
+
+void DocumentTables::markHeaderChanged(ActiveElement *element)
+{
+    if (loading || !element)
+        return;
+    const QString header = element->property("header").toString();
+    if (!header.isEmpty())
+        changedHeaders.insert(header, true);
+    if (onModified)
+        onModified();
 }

@@ -4,6 +4,7 @@
 #include <QMap>
 #include <QObject>
 #include <QString>
+#include <functional>
 
 #include "elements/ElementList.h"
 
@@ -36,6 +37,16 @@ public:
 
     // Empties every table and deletes the DataClass records.
     void clear();
+
+    // Marks the element's header as changed and the document as modified,
+    // unless a document is being loaded (then nothing a load sets counts as
+    // a change).
+    void markHeaderChanged(ActiveElement *element);
+
+    // Up while a document or configuration is read: no change marks it.
+    bool loading = false;
+    // Told when the document becomes modified (the window's [*] mark).
+    std::function<void()> onModified;
 
     QHash<QString, ActiveElement *> elements;
     ElementList elementList;
