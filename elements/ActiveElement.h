@@ -4,6 +4,8 @@
 #include <QStringList>
 #include <QVariant>
 
+#include "elements/LockRecord.h"
+
 class QObject;
 class QWidget;
 
@@ -60,13 +62,14 @@ public:
 
     QMap<int, EnumeratedItem> enumerated;
     bool enableLocked = false;
-    // Lock bookkeeping: tool tip lines "Locked by: ", "Locking: ",
-    // "Waiting to lock: ", "Waiting to be locked by: ", and the overflow list.
-    QStringList lockedBy;
-    QStringList locking;
-    QStringList waitingToLock;
-    QStringList waitingToBeLockedBy;
-    QStringList overflow;
+    // Lock bookkeeping, shown in the tool tip as "Locked by: ", "Locking: ",
+    // "Waiting to lock: " and "Waiting to be locked by: ". The first of
+    // lockedBy decided the value the element shows.
+    bool locked = false;
+    LockRecords locking;
+    LockRecords lockedBy;
+    LockRecords waitingToLock;
+    LockRecords waitingToBeLockedBy;
     int raised = 0;
 };
 
