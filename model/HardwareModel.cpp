@@ -167,6 +167,12 @@ bool HardwareModel::readSvdFile(const QString &path, QString *errorText)
     return true;
 }
 
+bool HardwareModel::isReservedDefine(const QString &name)
+{
+    return name == QLatin1String("dummy_define") || name == QLatin1String("$ADDRESS$")
+        || name == QLatin1String("$VALUE$") || name == QLatin1String("$FUNC$");
+}
+
 void HardwareModel::bindDataValues()
 {
     DocumentTables *t = tables();
@@ -176,7 +182,9 @@ void HardwareModel::bindDataValues()
         if (!data)
             continue;
         const QString define = data->objectName();
-        if (define.isEmpty())
+        // The program's own records (dummy_define, the table row
+        // parameters) are no registers and are not the description's to bind.
+        if (define.isEmpty() || isReservedDefine(define))
             continue;
         const DefineText d = DefineText::parse(define);
         const Register *reg = findRegister(findPeripheral(d.peripheral), d.registerName);

@@ -43,6 +43,8 @@ public:
     // address and size, and its field's bit range (properties "address",
     // "msb", "lsb", setSize(), and the target record when there is one).
     void bindDataValues();
+    // The records every document has, made by the program itself.
+    static bool isReservedDefine(const QString &name);
 
     Peripheral *findPeripheral(const QString &name) const { return m_peripherals.value(name); }
     static Register *findRegister(const Peripheral *peripheral, const QString &name);

@@ -174,6 +174,8 @@ bool DescriptionReader::checkVersion(const QString &rootName, const QString &ver
     switch (VersionCheck::check(rootName, version, homePage)) {
     case VersionCheck::Accepted:
         m_documentVersion = version;
+        if (m_includeStack.size() <= 1)
+            m_state.rootVersion = version;
         return true;
     case VersionCheck::OnlyV1:
         showError(VersionCheck::v1OnlyText());

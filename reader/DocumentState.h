@@ -14,6 +14,9 @@ struct DocumentState
     QString migrationFile;
     QString disclaimerName = QStringLiteral("disclaimer.txt");
     QString documentsFolder = QStringLiteral("Documentation");
+    // The root's `version` attribute: the program version the description
+    // needs, recorded in configuration files as XmlVersion.
+    QString rootVersion;
     QString versionText;
     QString versionLabel;
     QString forumUrl;

@@ -4,7 +4,13 @@
 #include "elements/DataClass.h"
 #include "elements/MessageSink.h"
 #include "elements/SlotWiring.h"
+#include "model/BitField.h"
+#include "model/DefineText.h"
+#include "model/HardwareModel.h"
+#include "model/Peripheral.h"
+#include "model/Register.h"
 #include "reader/DescriptionReader.h"
+#include "shell/Dialogs.h"
 
 #include <QDir>
 #include <QFile>
@@ -14,6 +20,7 @@
 Document::Document(QObject *slotHost, QObject *parent)
     : QObject(parent)
     , m_slotHost(slotHost)
+    , m_model(new HardwareModel(&m_tables))
 {
     DocumentTables::setCurrent(&m_tables);
 }
@@ -32,6 +39,7 @@ void Document::clear()
     delete m_root.data();
     m_root = nullptr;
     m_tables.clear();
+    m_model->clear();
 }
 
 bool Document::read(const QString &fileName, const ReaderOptions &options)
@@ -47,7 +55,9 @@ bool Document::read(const QString &fileName, const ReaderOptions &options)
     m_folder = QFileInfo(fileName).absolutePath();
     QDir::setCurrent(m_folder);
 
-    DescriptionReader reader(m_tables, options);
+    ReaderOptions withModel = options;
+    withModel.model = m_model.get();
+    DescriptionReader reader(m_tables, withModel);
     if (!reader.read(&file, fileName)) {
         m_errorText = reader.errorString();
         m_tables.clear();
@@ -56,6 +66,28 @@ bool Document::read(const QString &fileName, const ReaderOptions &options)
     m_state = reader.state();
     m_root = reader.takeRootWidget();
     return true;
+}
+
+bool Document::readSvd(const QString &homeFolder, QWidget *dialogParent)
+{
+    const QString name = m_state.svdName;
+    if (name.isEmpty()) {
+        // A form is bound to a device: without an SVD file it can't open.
+        consolePrint(QStringLiteral("<font color=\"red\"> <b>XML Error: </b></font><b>No svd file named in %1<br>")
+                         .arg(m_path));
+        return false;
+    }
+    QString path = QDir(m_folder).filePath(name);
+    if (!QFileInfo::exists(path))
+        path = QDir(homeFolder).filePath(name);
+    if (!QFileInfo::exists(path)) {
+        const QString bare = QFileInfo(name).fileName();
+        path = Dialogs::openFileName(dialogParent, tr("Could not find %1!").arg(bare), m_folder,
+                                     QStringLiteral("%1 (%1)").arg(bare));
+        if (path.isEmpty())
+            return false;
+    }
+    return m_model->readSvdFile(path);
 }
 
 void Document::createReservedDefines()
@@ -92,8 +124,18 @@ void Document::startUp(bool afterLoad, const QString &configurationName)
     for (DataClass *data : qAsConst(m_tables.dataValues))
         data->applyDefault();
     // Defaults first, signals afterwards: a default must not cause actions.
+    const QString notFound = QStringLiteral("<font color=\"red\"> <b>XML Error: </b></font><b>Not found in svd file: %1<br>");
     for (ActiveElement *element : m_tables.elementList) {
         element->applyDefault();
+        if (!element->property("svd").toString().isEmpty()) {
+            const QString define = element->define();
+            const DefineText parts = DefineText::parse(define);
+            const Peripheral *peripheral = m_model->findPeripheral(parts.peripheral);
+            const Register *reg = peripheral ? HardwareModel::findRegister(peripheral, parts.registerName) : nullptr;
+            const bool fieldMissing = reg && parts.hasField && !HardwareModel::findField(reg, parts.field);
+            if (!reg || reg->size == 0 || fieldMissing)
+                consolePrint(notFound.arg(define));
+        }
         element->connectSignals();
     }
 }

@@ -2,10 +2,12 @@
 #include <QObject>
 #include <QPointer>
 #include <QString>
+#include <memory>
 
 #include "elements/DocumentTables.h"
 #include "reader/DocumentState.h"
 
+class HardwareModel;
 class QWidget;
 struct ReaderOptions;
 
@@ -22,12 +24,13 @@ public:
 
     DocumentTables &tables() { return m_tables; }
     DocumentState &state() { return m_state; }
+    HardwareModel &model() { return *m_model; }
     const DocumentState &state() const { return m_state; }
 
     QString path() const { return m_path; }
     QString folder() const { return m_folder; }
-    bool isLoading() const { return m_loading; }
-    void setLoading(bool loading) { m_loading = loading; }
+    bool isLoading() const { return m_tables.loading; }
+    void setLoading(bool loading) { m_tables.loading = loading; }
 
     // Reads a description (the open file) into a new form. On failure the
     // text for "Cannot read file" is in errorText() and the form is empty.
@@ -39,6 +42,12 @@ public:
 
     // Deletes the form and empties the tables.
     void clear();
+
+    // Reads the SVD file the description names: in the document's folder,
+    // else in the home folder, else where the user points (a dialog, which
+    // counts as cancelled in quiet mode). False when the document can't go
+    // on; an empty name is not an error worth a message.
+    bool readSvd(const QString &homeFolder, QWidget *dialogParent);
 
     // The names every document has: dummy_define, $ADDRESS$, $VALUE$,
     // $FUNC$ (and $DIR$ once line edits exist).
@@ -56,9 +65,9 @@ private:
     QObject *m_slotHost;
     DocumentTables m_tables;
     DocumentState m_state;
+    std::unique_ptr<HardwareModel> m_model;
     QPointer<QWidget> m_root;
     QString m_path;
     QString m_folder;
     QString m_errorText;
-    bool m_loading = false;
 };

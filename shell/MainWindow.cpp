@@ -5,11 +5,17 @@
 #include "elements/DefineAssignment.h"
 #include "elements/Reports.h"
 #include "reader/DescriptionReader.h"
+#include "config/Checksum.h"
+#include "config/ConfigurationWriter.h"
+#include "config/HeaderExporter.h"
+#include "config/OldConfigurationLoader.h"
 #include "shell/ActionTable.h"
 #include "shell/AppVersion.h"
 #include "shell/CommandLine.h"
 #include "shell/Console.h"
 #include "shell/Dialogs.h"
+#include "shell/ElementBlinker.h"
+#include "shell/FindDialog.h"
 #include "shell/Document.h"
 #include "shell/SettingsDialog.h"
 
@@ -19,6 +25,9 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QDockWidget>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QMimeData>
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QKeySequence>
@@ -31,6 +40,9 @@
 #include <QToolBar>
 #include <QToolButton>
 #include <QTreeWidget>
+#include <QTreeWidgetItemIterator>
+#include <algorithm>
+#include <QRegularExpression>
 #include <QUrl>
 
 namespace {
@@ -76,7 +88,9 @@ MainWindow::MainWindow(const StartOptions &options, QWidget *parent)
     m_console->setExternalEditor(m_ini.externalEditor);
 
     // 4. Actions, menus, tool bars and the docked console.
+    m_blinker = new ElementBlinker(this);
     m_document = new Document(this, this);
+    m_document->tables().onModified = [this] { setWindowModified(true); };
     m_scroll = new QScrollArea(this);
     m_scroll->setWidgetResizable(true);
     m_scroll->setObjectName(QStringLiteral("formArea"));
@@ -99,10 +113,31 @@ MainWindow::MainWindow(const StartOptions &options, QWidget *parent)
             startUp(false);
         else
             newProject();
+    } else if (file.endsWith(QLatin1String(".qlnp"))) {
+        load(file);
     }
 
-    // 9.-11. The unattended flows end here.
-    if (m_options.save || m_options.generate || m_options.exitAfterKeil) {
+    // 9.-11. The unattended flows end here, with 0 whatever happened: the
+    // console mirror tells what went wrong.
+    if (m_options.save) {
+        QString target = m_options.saveFile;
+        if (target.isEmpty()) {
+            target = file;
+            target.replace(QRegularExpression(QStringLiteral("\\.xml$"), QRegularExpression::CaseInsensitiveOption),
+                           QStringLiteral(".qlnp"));
+        }
+        if (!m_lastDocument.isEmpty())
+            saveConfiguration(target);
+        requestExit(0);
+        return;
+    }
+    if (m_options.generate) {
+        if (!m_lastDocument.isEmpty())
+            exportHeaderFiles(false);
+        requestExit(0);
+        return;
+    }
+    if (m_options.exitAfterKeil) {
         requestExit(0);
         return;
     }
@@ -121,11 +156,6 @@ MainWindow::~MainWindow()
     delete m_actions;
     if (g_mainWindow == this)
         g_mainWindow = nullptr;
-}
-
-DocumentTables &MainWindow::tables()
-{
-    return m_document->tables();
 }
 
 ActiveElement *MainWindow::element(const QString &name)
@@ -377,6 +407,12 @@ bool MainWindow::open(const QString &fName)
         }
         fileName = retry;
     }
+    if (!m_document->readSvd(m_preferences.scriptsDir, this)) {
+        if (m_scroll->widget())
+            m_scroll->takeWidget();
+        m_document->clear();
+        return false;
+    }
 
     m_lastDocument = QFileInfo(fileName).absoluteFilePath();
     m_document->tables().changedHeaders.clear();
@@ -446,10 +482,7 @@ void MainWindow::changed()
         return;
     DocumentTables &t = m_document->tables();
     t.elementList.moveToEnd(element);
-    const QString header = element->property("header").toString();
-    if (!header.isEmpty())
-        t.changedHeaders.insert(header, true);
-    setWindowModified(true);
+    t.markHeaderChanged(element);
 }
 
 void MainWindow::resetGUI()
@@ -513,10 +546,61 @@ void MainWindow::showForum()
 
 void MainWindow::switchFullscreenMode()
 {
-    if (isFullScreen())
-        showMaximized();
-    else
+    if (isFullScreen()) {
+        if (m_wasMaximized)
+            showMaximized();
+        else
+            showNormal();
+    } else {
+        m_wasMaximized = isMaximized();
         showFullScreen();
+    }
+}
+
+void MainWindow::searchForGUIElement()
+{
+    QList<QPair<QString, QString>> entries;
+    for (ActiveElement *element : m_document->tables().elementList) {
+        const QString define = element->define();
+        if (define.isEmpty() || define.contains(QLatin1String("$DIR$")))
+            continue;
+        const QString label = element->property("my_label").toString();
+        entries.append({define, label.isEmpty() ? define : define + QStringLiteral("  (") + label + QLatin1Char(')')});
+    }
+    std::sort(entries.begin(), entries.end());
+    if (Dialogs::quiet())
+        return;
+    FindDialog dialog(entries, this);
+    connect(&dialog, &FindDialog::elementChosen, this, &MainWindow::on_anchorClicked);
+    dialog.exec();
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent *event)
+{
+    event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent *event)
+{
+    const QList<QUrl> urls = event->mimeData()->urls();
+    if (urls.isEmpty())
+        return;
+    openDropped(urls.first().toLocalFile());
+    event->acceptProposedAction();
+}
+
+void MainWindow::openDropped(const QString &name)
+{
+    if (name.endsWith(QLatin1String(".xml"), Qt::CaseInsensitive)) {
+        if (open(name)) {
+            startUp(false);
+            m_document->refreshDisplays();
+        } else {
+            newProject();
+        }
+    } else if (name.endsWith(QLatin1String(".qlnp"), Qt::CaseInsensitive)) {
+        load(name);
+    }
 }
 
 void MainWindow::expandBranch()
@@ -553,8 +637,23 @@ void MainWindow::showElement(ActiveElement *element)
 {
     QWidget *widget = element->widget();
     DefineAssignment::raise(widget);
+    // A control inside a tree sits in a row that may be folded away.
+    QTreeWidgetItem *row = nullptr;
+    for (QWidget *w = widget; w && !row; w = w->parentWidget()) {
+        if (auto *tree = qobject_cast<QTreeWidget *>(w->parentWidget() ? w->parentWidget()->parentWidget() : nullptr)) {
+            for (QTreeWidgetItemIterator it(tree); *it; ++it) {
+                if (tree->itemWidget(*it, 1) == w || tree->itemWidget(*it, 0) == w) {
+                    row = *it;
+                    break;
+                }
+            }
+        }
+    }
+    for (QTreeWidgetItem *r = row ? row->parent() : nullptr; r; r = r->parent())
+        r->setExpanded(true);
     if (widget->isEnabled())
         widget->setFocus();
+    m_blinker->start(widget, row);
 }
 
 bool MainWindow::maybeSave()
@@ -569,10 +668,7 @@ bool MainWindow::maybeSave()
     if (answer == QMessageBox::Cancel)
         return false;
     if (answer == QMessageBox::Save) {
-        bool saved = false;
-        if (metaObject()->indexOfMethod("save()") >= 0)
-            QMetaObject::invokeMethod(this, "save", Q_RETURN_ARG(bool, saved));
-        return saved;
+        return save();
     }
     return true;
 }
@@ -591,10 +687,7 @@ void MainWindow::closeEvent(QCloseEvent *event)
     bool accept = false;
     switch (mode) {
     case 1: {
-        bool saved = true;
-        if (metaObject()->indexOfMethod("save()") >= 0)
-            QMetaObject::invokeMethod(this, "save", Q_RETURN_ARG(bool, saved));
-        accept = saved;
+        accept = save();
         break;
     }
     case 2:
@@ -623,4 +716,195 @@ void MainWindow::showAsStored()
         showMaximized();
     else
         show();
+}
+
+DocumentTables &MainWindow::tables()
+{
+    return m_document->tables();
+}
+
+QString MainWindow::homeFolder() const
+{
+    return m_preferences.scriptsDir;
+}
+
+QString MainWindow::descriptionVersion() const
+{
+    return m_document->state().rootVersion;
+}
+
+bool MainWindow::openDescription(const QString &path)
+{
+    setProperty("loaded", false);
+    if (!open(path))
+        return false;
+    startUp(false);
+    return true;
+}
+
+bool MainWindow::save()
+{
+    if (m_configurationPath.isEmpty())
+        return saveAs();
+    return saveConfiguration(m_configurationPath);
+}
+
+bool MainWindow::saveAs()
+{
+    const QString name = Dialogs::saveFileName(this, tr("Save Configuration"), m_preferences.workingDir,
+                                               tr("Configuration Files (*.qlnp)"));
+    if (name.isEmpty())
+        return false;
+    return saveConfiguration(name);
+}
+
+bool MainWindow::saveConfiguration(const QString &fileName, bool sorted)
+{
+    if (m_lastDocument.isEmpty())
+        return false;
+    const QString path = QFileInfo(fileName).absoluteFilePath();
+    m_preferences.workingDir = QFileInfo(path).absolutePath();
+    const QByteArray bytes = ConfigurationWriter::build(m_document->tables(), m_lastDocument,
+                                                        m_document->state().rootVersion, sorted);
+    if (!ConfigurationWriter::writeAtomically(path, bytes))
+        return false;
+    const bool renamed = path != m_configurationPath;
+    m_configurationPath = path;
+    m_exportFolder.clear();
+    exportHeaderFiles(renamed);
+    setWindowTitle(QStringLiteral("Quillon ") + QDir::toNativeSeparators(path) + QStringLiteral("[*]"));
+    consolePrint(QStringLiteral("<font color=\"blue\"><b>Saved project: </font></b>%2<br>").arg(path));
+    setWindowModified(false);
+    return true;
+}
+
+void MainWindow::load()
+{
+    if (!maybeSave())
+        return;
+    const QString name = Dialogs::openFileName(this, tr("Open Configuration File"), m_preferences.workingDir,
+                                               tr("Configuration Files (*.qlnp)"));
+    if (!name.isEmpty())
+        load(name);
+}
+
+bool MainWindow::load(const QString &fileName)
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        Report::cannotOpenFile(QFileInfo(fileName).absoluteFilePath(), file.errorString());
+        return false;
+    }
+    const QByteArray firstLine = file.readLine();
+    file.seek(0);
+    if (!ConfigurationReader::isXmlConfiguration(firstLine)) {
+        file.close();
+        return loadOld(fileName);
+    }
+    m_preferences.workingDir = QFileInfo(fileName).absolutePath();
+    ConfigurationReader reader(*this);
+    m_document->setLoading(true);
+    const bool ok = reader.read(&file, fileName, false);
+    m_document->setLoading(false);
+    if (!ok) {
+        Report::cannotReadFile(QFileInfo(fileName).absoluteFilePath(), reader.errorString());
+        newProject();
+        return false;
+    }
+    m_configurationPath = QFileInfo(fileName).absoluteFilePath();
+    reportLeftovers(reader.unresolved, reader.unseen);
+    setWindowTitle(QStringLiteral("Quillon ") + QDir::toNativeSeparators(m_configurationPath) + QStringLiteral("[*]"));
+    m_document->refreshDisplays();
+    setWindowModified(false);
+    return true;
+}
+
+bool MainWindow::loadOld(const QString &fileName)
+{
+    OldConfigurationLoader loader(*this, m_document->model());
+    m_document->setLoading(true);
+    const bool ok = loader.load(fileName);
+    m_document->setLoading(false);
+    if (!ok) {
+        newProject();
+        return false;
+    }
+    m_configurationPath = QFileInfo(fileName).absoluteFilePath();
+    reportLeftovers(loader.unresolved, loader.unseen);
+    setWindowTitle(QStringLiteral("Quillon ") + QDir::toNativeSeparators(m_configurationPath) + QStringLiteral("[*]"));
+    m_document->refreshDisplays();
+    setWindowModified(false);
+    return true;
+}
+
+void MainWindow::reportLeftovers(const QStringList &unresolved, const QStringList &unseen)
+{
+    QStringList visible;
+    for (const QString &define : unseen) {
+        if (!define.contains(QLatin1String("$DIR$")))
+            visible << define;
+    }
+    if (!unresolved.isEmpty()) {
+        consolePrint(tr("<font color=\"orange\"><b>Values of the configuration that the form does not know:</b></font><br>"));
+        for (const QString &line : unresolved)
+            consolePrint(line.toHtmlEscaped() + QStringLiteral("<br>"));
+    }
+    if (!visible.isEmpty()) {
+        consolePrint(tr("<font color=\"orange\"><b>Elements not in the configuration (they keep their defaults):</b></font><br>"));
+        for (const QString &define : visible)
+            consolePrint(QStringLiteral("<a href=\"%1\">%2</a><br>").arg(Console::linkTarget(define), define));
+    }
+}
+
+QString MainWindow::disclaimerPath()
+{
+    const DocumentState &state = m_document->state();
+    const bool own = state.disclaimerName != QLatin1String("disclaimer.txt");
+    QString path = own ? QDir(m_document->folder()).filePath(state.disclaimerName)
+                       : QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("disclaimer.txt"));
+    if (!QFileInfo::exists(path)) {
+        const QString bare = QFileInfo(path).fileName();
+        const QString chosen = Dialogs::openFileName(this, tr("Could not find disclaimer file %1!").arg(bare),
+                                                     QFileInfo(path).absolutePath(), QStringLiteral("%1 (%1)").arg(bare));
+        if (!chosen.isEmpty())
+            path = chosen;
+    }
+    return path;
+}
+
+void MainWindow::exportHeaderFiles()
+{
+    exportHeaderFiles(true);
+}
+
+void MainWindow::exportHeaderFiles(bool writeAll)
+{
+    if (m_lastDocument.isEmpty())
+        return;
+    HeaderExporter::Options options;
+    options.exportFolder = !m_exportFolder.isEmpty() ? m_exportFolder
+        : !m_configurationPath.isEmpty()             ? QFileInfo(m_configurationPath).absolutePath()
+                                                     : m_document->folder();
+    options.disclaimerPath = disclaimerPath();
+    options.versionText = m_document->state().versionText;
+    HeaderExporter exporter(m_document->model(), options);
+    exporter.exportHeaders(writeAll, m_document->tables().changedHeaders, {});
+}
+
+void MainWindow::signFile()
+{
+    const QStringList names = Dialogs::openFileNames(this, tr("Sign XML File"), m_preferences.workingDir,
+                                                     tr("XML Files (*.xml)"));
+    if (names.isEmpty())
+        return;
+    QStringList signedNames;
+    for (const QString &name : names) {
+        if (Checksum::signFile(name))
+            signedNames << name;
+    }
+    const QString text = QStringLiteral("Successfully signed %1 files\n\n%2").arg(signedNames.size()).arg(names.join(QLatin1Char('\n')));
+    if (Dialogs::quiet())
+        consolePrint(text.toHtmlEscaped().replace(QLatin1Char('\n'), QLatin1String("<br>")) + QStringLiteral("<br>"));
+    else
+        QMessageBox::information(this, QStringLiteral("Quillon"), text);
 }

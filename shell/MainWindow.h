@@ -3,11 +3,13 @@
 #include <QPointer>
 #include <QString>
 
+#include "config/ConfigurationReader.h"
 #include "shell/IniSettings.h"
 #include "shell/Preferences.h"
 #include "shell/StartOptions.h"
 
 class ActionTable;
+class ElementBlinker;
 class ActiveElement;
 class Console;
 class DataClass;
@@ -25,7 +27,7 @@ class QToolBar;
 // All work of the unattended flows (-g, -s, -x, -b) runs inside the
 // constructor; when it asks the process to end, exitRequested() is true and
 // the window is never shown.
-class MainWindow : public QMainWindow
+class MainWindow : public QMainWindow, public ConfigurationHost
 {
     Q_OBJECT
 public:
@@ -43,7 +45,6 @@ public:
 
     Console *console() const { return m_console; }
     Document *document() const { return m_document; }
-    DocumentTables &tables();
     const IniSettings &iniSettings() const { return m_ini; }
     Preferences &preferences() { return m_preferences; }
     bool quiet() const { return m_options.quiet; }
@@ -65,6 +66,10 @@ public:
     // maximized the first time.
     void showAsStored();
 
+    // A file dropped on the window: a description opens, a configuration
+    // loads; other files are left alone.
+    void openDropped(const QString &fileName);
+
     // Opens the tab pages and tree rows that hold the element and gives it
     // the focus.
     void showElement(ActiveElement *element);
@@ -84,6 +89,7 @@ public slots:
     void showForum();
     void showAppNotes();
     void switchFullscreenMode();
+    void searchForGUIElement();
     void expandBranch();
     void collapseBranch();
     void clearConsole();
@@ -92,8 +98,34 @@ public slots:
     // The start-up step of a document; afterLoad after a configuration load.
     void startUp(bool afterLoad);
 
+    // Configuration files and headers.
+    bool save();
+    bool saveAs();
+    void load();
+    bool load(const QString &fileName);
+    bool loadOld(const QString &fileName);
+    bool saveConfiguration(const QString &fileName, bool sorted = false);
+    void exportHeaderFiles();
+    void exportHeaderFiles(bool writeAll);
+    void signFile();
+
+public:
+    // What reading a configuration needs from the window.
+    bool openDescription(const QString &path) override;
+    QString currentDescription() const override { return m_lastDocument; }
+    QString homeFolder() const override;
+    QString descriptionVersion() const override;
+    void resetToDefaults() override { resetGUI(); }
+    DocumentTables &tables() override;
+
+    QString configurationPath() const { return m_configurationPath; }
+    // Folder the headers go to; by default that of the configuration.
+    void setExportFolder(const QString &folder) { m_exportFolder = folder; }
+
 protected:
     void closeEvent(QCloseEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
 
 private:
     void buildActions();
@@ -105,6 +137,8 @@ private:
     void storePreferences();
     void applyCommandLineDefines();
     void stopWorkers();
+    void reportLeftovers(const QStringList &unresolved, const QStringList &unseen);
+    QString disclaimerPath();
 
     StartOptions m_options;
     Console *m_console = nullptr;
@@ -112,11 +146,14 @@ private:
     IniSettings m_ini;
     Preferences m_preferences;
     ActionTable *m_actions = nullptr;
+    ElementBlinker *m_blinker = nullptr;
+    bool m_wasMaximized = false;
     QScrollArea *m_scroll = nullptr;
     QToolBar *m_lanternToolBar = nullptr;
     QToolBar *m_toolBar = nullptr;
     QString m_lastDocument;
     QString m_configurationPath;
+    QString m_exportFolder;
     int m_closeMode = 0;
     bool m_exitRequested = false;
     int m_exitCode = 0;

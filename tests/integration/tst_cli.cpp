@@ -1,0 +1,156 @@
+#include <QtTest>
+
+#include "QuillonRun.h"
+#include "shell/AppVersion.h"
+
+#include <QTemporaryDir>
+
+// The real program, headless: the unattended flows end with 0 whatever
+// happened to the document, every failure leaves its message in the -c
+// mirror, and nothing ever waits for a user.
+class TestCli : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void exampleGeneratesHeadless();
+    void unattendedFlowsEndWithZero_data();
+    void unattendedFlowsEndWithZero();
+    void badDescriptions_data();
+    void badDescriptions();
+    void usageInQuietMode();
+    void relativeNamesFromTheCallersFolder();
+    void mirrorThatCannotBeWritten();
+
+private:
+    QString mirrorOf(const QStringList &extraArgs, const QString &file, int *exitCode = nullptr);
+    QTemporaryDir m_dir;
+};
+
+static QByteArray doc(const QByteArray &body, const QByteArray &version = "2.0.0")
+{
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<nvxmlcfg version=\"" + version
+        + "\">\n\t<checksum>0000000000000000000000000000000000000000000000000000000000000000</checksum>\n"
+        + body + "\n</nvxmlcfg>\n";
+}
+
+void TestCli::initTestCase()
+{
+    QVERIFY(QFileInfo::exists(QuillonRun::binary()));
+    QVERIFY(m_dir.isValid());
+}
+
+QString TestCli::mirrorOf(const QStringList &extraArgs, const QString &file, int *exitCode)
+{
+    const QString mirror = m_dir.filePath(QStringLiteral("mirror-%1.log").arg(QDateTime::currentMSecsSinceEpoch()));
+    QStringList args = extraArgs;
+    args << QStringLiteral("-c") + mirror << file;
+    const QuillonRun run = QuillonRun::run(args, 60000);
+    if (!run.finished)
+        return QStringLiteral("<HUNG>");
+    if (exitCode)
+        *exitCode = run.exitCode;
+    return readTextFile(mirror);
+}
+
+void TestCli::exampleGeneratesHeadless()
+{
+    const QString example = QuillonRun::buildDir() + QStringLiteral("/examples/nrf52840/nrf52840_board.xml");
+    QVERIFY(QFileInfo::exists(example));
+    int code = -1;
+    const QString mirror = mirrorOf({QStringLiteral("-q"), QStringLiteral("-g")}, example, &code);
+    QCOMPARE(code, 0);
+    QVERIFY2(!mirror.contains(QLatin1String("manipulated")), qPrintable(mirror));
+    QVERIFY2(!mirror.contains(QLatin1String("Cannot")), qPrintable(mirror));
+    QVERIFY2(!mirror.contains(QLatin1String("Not found in svd file")), qPrintable(mirror));
+}
+
+void TestCli::unattendedFlowsEndWithZero_data()
+{
+    QTest::addColumn<QStringList>("args");
+    QTest::newRow("-g") << QStringList{"-q", "-g"};
+    QTest::newRow("-s") << QStringList{"-q", "-s"};
+    QTest::newRow("-s and -g") << QStringList{"-q", "-s", "-g"};
+    QTest::newRow("-x") << QStringList{"-q", "-x"};
+    QTest::newRow("-x with defines") << QStringList{"-q", "-x", "-dnothing=1"};
+}
+
+void TestCli::unattendedFlowsEndWithZero()
+{
+    QFETCH(QStringList, args);
+    const QString file = m_dir.filePath(QStringLiteral("missing-description.xml"));
+    const QuillonRun run = QuillonRun::run(args << file, 60000);
+    QVERIFY(run.finished);
+    QCOMPARE(run.exitCode, 0);
+}
+
+void TestCli::badDescriptions_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("expected");
+    const QString newer = QStringLiteral("%1.%2.0").arg(AppVersion::major() + 1).arg(AppVersion::minor());
+    QTest::newRow("empty") << QByteArray() << QStringLiteral("Premature end of document.");
+    QTest::newRow("not XML") << QByteArray("hello\n") << QStringLiteral("Cannot read file ");
+    QTest::newRow("binary") << QByteArray("\x00\x01\x02\xff\xfe", 5) << QStringLiteral("Cannot read file ");
+    QTest::newRow("truncated") << doc("<tabcontainer><verticalcontainer>").left(140) << QStringLiteral("Cannot read file ");
+    QTest::newRow("wrong root") << QByteArray("<?xml version=\"1.0\"?>\n<foo><verticalcontainer/></foo>\n")
+                                << QStringLiteral("Error: Wrong version of Quillon.\n");
+    QTest::newRow("V1 document") << doc("<verticalcontainer/>", "0.9.9")
+                                 << QStringLiteral("Error: The selected configuration is supported by Quillon V1.x only.");
+    QTest::newRow("newer document") << doc("<verticalcontainer/>", newer.toLatin1())
+                                    << QStringLiteral("requires minimum Quillon %1\nCurrent version of Quillon is %2").arg(newer, AppVersion::text());
+    QTest::newRow("no container") << doc("<svd file=\"x.svd\"/>") << QStringLiteral("Not starting with a container type!");
+    QTest::newRow("missing include") << doc("<tabcontainer><include>nowhere.xml</include></tabcontainer>")
+                                     << QStringLiteral("Cannot open file ");
+    QTest::newRow("self include") << doc("<tabcontainer><include>self.xml</include></tabcontainer>")
+                                  << QStringLiteral("includes itself");
+    QTest::newRow("no svd named") << doc("<tabcontainer/>") << QStringLiteral("No svd file named in ");
+    QTest::newRow("svd missing") << doc("<svd file=\"gone.svd\"/><tabcontainer/>") << QStringLiteral("SVD file is missing.");
+}
+
+void TestCli::badDescriptions()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QString, expected);
+    const QString file = m_dir.filePath(QStringLiteral("self.xml"));
+    QVERIFY(writeTextFile(file, signedDescription(content)));
+    int code = -1;
+    const QString mirror = mirrorOf({QStringLiteral("-q"), QStringLiteral("-g")}, file, &code);
+    QVERIFY2(mirror != QLatin1String("<HUNG>"), "quillon did not end");
+    QCOMPARE(code, 0);
+    QVERIFY2(mirror.contains(expected), qPrintable(mirror));
+}
+
+void TestCli::usageInQuietMode()
+{
+    const QuillonRun run = QuillonRun::run({QStringLiteral("-q"), QStringLiteral("-?"), QStringLiteral("-x")}, 30000);
+    QVERIFY(run.finished);
+    QCOMPARE(run.exitCode, 0);
+    QVERIFY2(run.standardOutput.startsWith(QLatin1String("Quillon <Filename.xml | Filename.qlnp> [options]\nOptions:\n")),
+             qPrintable(run.standardOutput));
+    QVERIFY(run.standardOutput.contains(QLatin1String("  -b<Batchfile>\tRun batchfile\n")));
+}
+
+void TestCli::relativeNamesFromTheCallersFolder()
+{
+    QVERIFY(writeTextFile(m_dir.filePath(QStringLiteral("rel/form.xml")), signedDescription(doc("<svd file=\"none.svd\"/><tabcontainer/>"))));
+    const QuillonRun run = QuillonRun::run({QStringLiteral("-q"), QStringLiteral("-g"), QStringLiteral("-crel/out.log"),
+                                            QStringLiteral("rel/form.xml")},
+                                           60000, m_dir.path());
+    QVERIFY(run.finished);
+    QCOMPARE(run.exitCode, 0);
+    const QString mirror = readTextFile(m_dir.filePath(QStringLiteral("rel/out.log")));
+    // The file was found and read: its missing SVD is what is reported.
+    QVERIFY2(mirror.contains(QLatin1String("SVD file is missing.")), qPrintable(mirror));
+}
+
+void TestCli::mirrorThatCannotBeWritten()
+{
+    const QuillonRun run = QuillonRun::run({QStringLiteral("-q"), QStringLiteral("-x"),
+                                            QStringLiteral("-c/nonexistent-dir/x/mirror.log")}, 30000);
+    QVERIFY(run.finished);
+    QCOMPARE(run.exitCode, 0);
+}
+
+QTEST_GUILESS_MAIN(TestCli)
+#include "tst_cli.moc"

@@ -1,0 +1,178 @@
+#include <QtTest>
+
+#include "QuillonRun.h"
+#include "elements/DataClass.h"
+#include "elements/DocumentTables.h"
+#include "shell/Console.h"
+#include "shell/Document.h"
+#include "shell/MainWindow.h"
+
+#include <QCloseEvent>
+#include <QTemporaryDir>
+
+// The document lifecycle as the window runs it: home page, open, the
+// modified question and the close modes, drops, saving a configuration.
+class TestMainWindow : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void homePageMissing();
+    void openSetsTitleAndReservedDefines();
+    void openFailureReturnsToHome();
+    void closeModes_data();
+    void closeModes();
+    void nothingAskedWithoutLoadSave();
+    void dropOpensDescriptions();
+    void saveWritesSignedConfiguration();
+
+private:
+    QString writeDescription(const QString &name, const QByteArray &body, const QByteArray &rootExtra = QByteArray());
+    QTemporaryDir m_dir;
+};
+
+static const QByteArray kSvd =
+    "<?xml version=\"1.0\"?>\n<device><name>MINI</name><peripherals>\n"
+    "<peripheral><name>P</name><baseAddress>0x40000000</baseAddress><registers>\n"
+    "<register><name>R</name><addressOffset>0x4</addressOffset><size>32</size>\n"
+    "<fields><field><name>F</name><lsb>0</lsb><msb>3</msb></field></fields></register>\n"
+    "</registers></peripheral></peripherals></device>\n";
+
+void TestMainWindow::initTestCase()
+{
+    QCoreApplication::setOrganizationName(QStringLiteral("Norvane Technologies"));
+    QVERIFY(writeTextFile(m_dir.filePath(QStringLiteral("mini.svd")), kSvd));
+}
+
+QString TestMainWindow::writeDescription(const QString &name, const QByteArray &body, const QByteArray &rootExtra)
+{
+    const QByteArray text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<nvxmlcfg version=\"2.0.0\">\n"
+                            "\t<checksum>0000000000000000000000000000000000000000000000000000000000000000</checksum>\n"
+                            "<svd file=\"mini.svd\"/>\n"
+        + rootExtra + body + "\n</nvxmlcfg>\n";
+    const QString path = m_dir.filePath(name);
+    writeTextFile(path, signedDescription(text));
+    return path;
+}
+
+static StartOptions quietOptions()
+{
+    StartOptions o;
+    o.quiet = true;
+    return o;
+}
+
+void TestMainWindow::homePageMissing()
+{
+    MainWindow window(quietOptions());
+    QCOMPARE(window.windowTitle(), QStringLiteral("Quillon [*]"));
+    QVERIFY(!window.isWindowModified());
+    // The test binary has no scripts/index.xml beside it.
+    QVERIFY2(window.console()->plainText().contains(QLatin1String("No index.xml found in")),
+             qPrintable(window.console()->plainText()));
+}
+
+void TestMainWindow::openSetsTitleAndReservedDefines()
+{
+    const QString path = writeDescription(QStringLiteral("open.xml"), "<tabcontainer><verticalcontainer label=\"Page\"/></tabcontainer>");
+    MainWindow window(quietOptions());
+    QVERIFY(window.open(path));
+    QCOMPARE(window.windowTitle(), QStringLiteral("Quillon ") + QDir::toNativeSeparators(path) + QStringLiteral("[*]"));
+    for (const char *name : {"dummy_define", "$ADDRESS$", "$VALUE$", "$FUNC$"})
+        QVERIFY2(window.dataValue(QLatin1String(name)), name);
+    QVERIFY(!window.console()->plainText().contains(QLatin1String("manipulated")));
+    QVERIFY(!window.console()->plainText().contains(QLatin1String("Not found in svd file")));
+    // The working folder follows the document.
+    QCOMPARE(QDir::currentPath(), m_dir.path());
+}
+
+void TestMainWindow::openFailureReturnsToHome()
+{
+    const QString broken = m_dir.filePath(QStringLiteral("broken.xml"));
+    writeTextFile(broken, "<nvxmlcfg version=\"2.0\"><tabcontainer>");
+    MainWindow window(quietOptions());
+    QVERIFY(!window.open(broken));
+    const QString text = window.console()->plainText();
+    QVERIFY2(text.contains(QLatin1String("Cannot read file ") + broken), qPrintable(text));
+    // The retry dialog counts as cancelled in quiet mode, and says so.
+    QVERIFY(text.contains(QLatin1String("\"Could not read broken.xml!\" counts as cancelled.")));
+    QVERIFY(!window.document()->root());
+}
+
+void TestMainWindow::closeModes_data()
+{
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<bool>("modified");
+    QTest::addColumn<bool>("accepted");
+    QTest::newRow("ask, unmodified") << 0 << false << true;
+    // Quiet mode answers the question with Cancel: work is never lost.
+    QTest::newRow("ask, modified") << 0 << true << false;
+    QTest::newRow("close at once") << 2 << true << true;
+    QTest::newRow("refuse") << 3 << false << false;
+}
+
+void TestMainWindow::closeModes()
+{
+    QFETCH(int, mode);
+    QFETCH(bool, modified);
+    QFETCH(bool, accepted);
+    MainWindow window(quietOptions());
+    window.setWindowModified(modified);
+    window.setCloseMode(mode);
+    QCloseEvent event;
+    QCoreApplication::sendEvent(&window, &event);
+    QCOMPARE(event.isAccepted(), accepted);
+    // The mode holds for one close only.
+    window.setWindowModified(false);
+    QCloseEvent again;
+    QCoreApplication::sendEvent(&window, &again);
+    QVERIFY(again.isAccepted());
+}
+
+void TestMainWindow::nothingAskedWithoutLoadSave()
+{
+    const QString path = writeDescription(QStringLiteral("nosave.xml"), "<tabcontainer/>", "<loadsaveallowed value=\"0\"/>\n");
+    MainWindow window(quietOptions());
+    QVERIFY(window.open(path));
+    window.setWindowModified(true);
+    QCloseEvent event;
+    QCoreApplication::sendEvent(&window, &event);
+    QVERIFY(event.isAccepted());
+}
+
+void TestMainWindow::dropOpensDescriptions()
+{
+    const QString path = writeDescription(QStringLiteral("dropped.xml"), "<verticalcontainer/>");
+    MainWindow window(quietOptions());
+    QVERIFY(window.acceptDrops());
+    auto drop = [&window](const QString &file) { window.openDropped(file); };
+    drop(m_dir.filePath(QStringLiteral("notes.txt")));
+    QVERIFY(window.windowTitle() == QStringLiteral("Quillon [*]"));
+    drop(path);
+    QVERIFY2(window.windowTitle().contains(QLatin1String("dropped.xml")), qPrintable(window.windowTitle() + window.console()->plainText()));
+}
+
+void TestMainWindow::saveWritesSignedConfiguration()
+{
+    const QString path = writeDescription(QStringLiteral("saved.xml"), "<tabcontainer/>");
+    const QString target = m_dir.filePath(QStringLiteral("saved.qlnp"));
+    MainWindow window(quietOptions());
+    QVERIFY(window.open(path));
+    window.setWindowModified(true);
+    QVERIFY(window.saveConfiguration(target));
+    QVERIFY(!window.isWindowModified());
+    QCOMPARE(window.configurationPath(), target);
+    const QByteArray bytes = readTextFile(target).toUtf8();
+    QVERIFY(bytes.startsWith("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<qlnpxml version=\""));
+    QVERIFY(bytes.contains("<XmlFile>" + path.toUtf8() + "</XmlFile>"));
+    QVERIFY(bytes.contains("<XmlVersion>2.0.0</XmlVersion>"));
+    QCOMPARE(signedDescription(bytes), bytes);
+    QVERIFY(window.console()->plainText().contains(QLatin1String("Saved project: ") + target));
+
+    // A folder that can't be written leaves nothing behind and says so.
+    QVERIFY(!window.saveConfiguration(QStringLiteral("/nonexistent-folder/x.qlnp")));
+    QVERIFY(window.console()->plainText().contains(QLatin1String("Cannot open file /nonexistent-folder/x.qlnp")));
+}
+
+QTEST_MAIN(TestMainWindow)
+#include "tst_mainwindow.moc"
