@@ -3,9 +3,11 @@
 #include "reader/DescriptionReader.h"
 #include "reader/DisplayElementReaders.h"
 #include "reader/ValueElementReaders.h"
+#include "reader/VarReader.h"
 
 void ElementReaders::install(DescriptionReader &reader)
 {
     ValueElementReaders::install(reader);
     DisplayElementReaders::install(reader);
+    VarReader::install(reader);
 }

@@ -2,6 +2,8 @@
 
 #include "QuillonRun.h"
 #include "RecordingSink.h"
+#include "device/TargetVariable.h"
+#include "elements/DataClass.h"
 #include "elements/DocumentTables.h"
 #include "elements/GridWidget.h"
 #include "elements/TabWidget.h"
@@ -43,6 +45,7 @@ private slots:
     void includeMissing();
     void includeCycleStops();
     void messagesCarryPosition();
+    void varRecords();
 
 private:
     bool read(const QByteArray &text, const ReaderOptions &options = ReaderOptions(), bool sign = true);
@@ -371,6 +374,38 @@ void TestDescriptionReader::messagesCarryPosition()
                                       + path + QLatin1String("$-n5$-c")),
              qPrintable(lines.first()));
     QVERIFY(lines.first().contains(QLatin1String("\">file</a> line 5, column ")));
+}
+
+void TestDescriptionReader::varRecords()
+{
+    QVERIFY(read(doc("<verticalcontainer>"
+                     "  <var define=\"speed\" default=\"0x10\"/>"
+                     "  <var define=\"ratio\" datatype=\"FLOAT\" default=\"2.5\"/>"
+                     "  <var define=\"counter\" address=\"0x20000010\" size=\"2\" interval=\"100\" readonly=\"1\" readonaccess=\"\"/>"
+                     "  <var define=\"block\" address=\"0x20000100\" size=\"16\" trigger=\"busy\"/>"
+                     "  <var define=\"speed\"/>"
+                     "  <var default=\"1\"/>"
+                     "</verticalcontainer>")));
+    DataClass *speed = m_tables->dataValue(QStringLiteral("speed"));
+    QVERIFY(speed);
+    QVERIFY(!speed->target());
+    DataClass *ratio = m_tables->dataValue(QStringLiteral("ratio"));
+    QCOMPARE(ratio->datatype, int(DataClass::Float));
+    DataClass *counter = m_tables->dataValue(QStringLiteral("counter"));
+    QVERIFY(counter->target());
+    QCOMPARE(counter->target()->address, 0x20000010u);
+    QCOMPARE(counter->target()->size, 2u);
+    QCOMPARE(counter->target()->interval, 100u);
+    QCOMPARE(counter->target()->readOnly, quint8(1));
+    // A polled variable is valid only after its first read.
+    QCOMPARE(counter->target()->valid, quint8(0));
+    QVERIFY(counter->readOnAccess);
+    DataClass *block = m_tables->dataValue(QStringLiteral("block"));
+    QCOMPARE(block->buffer().size(), 16);
+    QVERIFY(block->triggered);
+    QCOMPARE(block->nextDefine, QStringLiteral("busy"));
+    QVERIFY(m_sink->contains(QStringLiteral("Duplicate define Var")));
+    QVERIFY(m_sink->contains(QStringLiteral("Var without define is not allowed: ")));
 }
 
 QTEST_MAIN(TestDescriptionReader)
