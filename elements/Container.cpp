@@ -1,6 +1,16 @@
 #include "elements/Container.h"
 
 #include "elements/AbsoluteWidget.h"
+#include "elements/CheckBox.h"
+#include "elements/ComboBox.h"
+#include "elements/DoubleSpinBox.h"
+#include "elements/HexSpinBox.h"
+#include "elements/Knob.h"
+#include "elements/LineEdit.h"
+#include "elements/Slider.h"
+#include "elements/SpinBox.h"
+#include "elements/TextEdit.h"
+#include "elements/ToggleButton.h"
 #include "elements/GridWidget.h"
 #include "elements/GroupBox.h"
 #include "elements/HorizontalWidget.h"
@@ -21,6 +31,60 @@ QRadioButton *Container::addRadioButton(const QString &label, int index, const Q
 }
 
 // Value elements.
+
+CheckBox *Container::addCheckBox(const QString &label, int index, const QString &define)
+{
+    CheckBox *box = make<CheckBox>(label, index, define);
+    box->setText(label);
+    return box;
+}
+
+ToggleButton *Container::addToggleButton(const QString &label, int index, const QString &define)
+{
+    ToggleButton *button = make<ToggleButton>(label, index, define);
+    button->setText(label);
+    return button;
+}
+
+ComboBox *Container::addComboBox(const QString &label, int index, const QString &define)
+{
+    return make<ComboBox>(label, index, define);
+}
+
+SpinBox *Container::addSpinBox(const QString &label, int index, const QString &define)
+{
+    return make<SpinBox>(label, index, define);
+}
+
+Slider *Container::addSlider(const QString &label, int index, const QString &define)
+{
+    return make<Slider>(label, index, define);
+}
+
+Knob *Container::addKnob(const QString &label, int index, const QString &define)
+{
+    return make<Knob>(label, index, define);
+}
+
+DoubleSpinBox *Container::addDoubleSpinBox(const QString &label, int index, const QString &define)
+{
+    return make<DoubleSpinBox>(label, index, define);
+}
+
+HexSpinBox *Container::addHexSpinBox(const QString &label, int index, const QString &define)
+{
+    return make<HexSpinBox>(label, index, define);
+}
+
+TextEdit *Container::addTextEdit(const QString &label, int index, const QString &define)
+{
+    return make<TextEdit>(label, index, define);
+}
+
+LineEdit *Container::addLineEdit(const QString &label, int index, const QString &define)
+{
+    return make<LineEdit>(label, index, define);
+}
 
 // Display elements.
 

@@ -4,6 +4,17 @@
 class QObject;
 class QWidget;
 class QRadioButton;
+class ButtonGroup;
+class CheckBox;
+class ComboBox;
+class DoubleSpinBox;
+class HexSpinBox;
+class Knob;
+class LineEdit;
+class Slider;
+class SpinBox;
+class TextEdit;
+class ToggleButton;
 class AbsoluteWidget;
 class GridWidget;
 class GroupBox;
@@ -32,6 +43,16 @@ public:
     virtual QRadioButton *addRadioButton(const QString &label, int index, const QString &define);
 
     // Value elements.
+    virtual CheckBox *addCheckBox(const QString &label, int index, const QString &define);
+    virtual ToggleButton *addToggleButton(const QString &label, int index, const QString &define);
+    virtual ComboBox *addComboBox(const QString &label, int index, const QString &define);
+    virtual SpinBox *addSpinBox(const QString &label, int index, const QString &define);
+    virtual Slider *addSlider(const QString &label, int index, const QString &define);
+    virtual Knob *addKnob(const QString &label, int index, const QString &define);
+    virtual DoubleSpinBox *addDoubleSpinBox(const QString &label, int index, const QString &define);
+    virtual HexSpinBox *addHexSpinBox(const QString &label, int index, const QString &define);
+    virtual TextEdit *addTextEdit(const QString &label, int index, const QString &define);
+    virtual LineEdit *addLineEdit(const QString &label, int index, const QString &define);
 
     // Display elements.
 

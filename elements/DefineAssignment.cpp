@@ -22,13 +22,14 @@
 
 namespace {
 
-// Runs the element's by-user path, as if the user had made the change.
+// Runs the element's by-user path, as if the user had made the change. An
+// element's valueChangedByUser() emits changedByUser() itself.
 void runByUserPath(QObject *object)
 {
     const QMetaObject *meta = object->metaObject();
     if (meta->indexOfMethod("valueChangedByUser()") >= 0)
         QMetaObject::invokeMethod(object, "valueChangedByUser");
-    if (meta->indexOfSignal("changedByUser()") >= 0)
+    else if (meta->indexOfSignal("changedByUser()") >= 0)
         QMetaObject::invokeMethod(object, "changedByUser");
 }
 
@@ -87,6 +88,9 @@ DefineAssignment::Result DefineAssignment::setDefineValue(DocumentTables &tables
     }
 
     QWidget *widget = element->widget();
+    // The object with the element's signals: the widget, or for a radio
+    // group the group itself.
+    QObject *object = dynamic_cast<QObject *>(element);
     if (!widget->isEnabled())
         return Done;
     raise(widget);
@@ -99,7 +103,7 @@ DefineAssignment::Result DefineAssignment::setDefineValue(DocumentTables &tables
         }
         if (check->isChecked() != (number == 1)) {
             check->setChecked(number == 1);
-            runByUserPath(widget);
+            runByUserPath(object);
         }
         return Done;
     }
@@ -108,8 +112,10 @@ DefineAssignment::Result DefineAssignment::setDefineValue(DocumentTables &tables
             Report::cannotUse(QStringLiteral("setChecked"), name);
             return Refused;
         }
-        if (button->isChecked() != (number == 1))
+        if (button->isChecked() != (number == 1)) {
             QMetaObject::invokeMethod(button, "setChecked", Q_ARG(bool, number == 1));
+            runByUserPath(object);
+        }
         return Done;
     }
     if (auto *spin = qobject_cast<QDoubleSpinBox *>(widget)) {
@@ -120,7 +126,7 @@ DefineAssignment::Result DefineAssignment::setDefineValue(DocumentTables &tables
             return Refused;
         }
         spin->setValue(d);
-        runByUserPath(widget);
+        runByUserPath(object);
         return Done;
     }
     if (auto *spin = qobject_cast<QSpinBox *>(widget)) {
@@ -129,7 +135,7 @@ DefineAssignment::Result DefineAssignment::setDefineValue(DocumentTables &tables
             return Refused;
         }
         spin->setValue(int(number));
-        runByUserPath(widget);
+        runByUserPath(object);
         return Done;
     }
     if (auto *slider = qobject_cast<QAbstractSlider *>(widget)) {
@@ -138,7 +144,7 @@ DefineAssignment::Result DefineAssignment::setDefineValue(DocumentTables &tables
             return Refused;
         }
         slider->setValue(int(number));
-        runByUserPath(widget);
+        runByUserPath(object);
         return Done;
     }
     if (auto *combo = qobject_cast<QComboBox *>(widget)) {
@@ -151,17 +157,17 @@ DefineAssignment::Result DefineAssignment::setDefineValue(DocumentTables &tables
             return Refused;
         }
         combo->setCurrentIndex(int(number));
-        runByUserPath(widget);
+        runByUserPath(object);
         return Done;
     }
     if (auto *line = qobject_cast<QLineEdit *>(widget)) {
         line->setText(value);
-        runByUserPath(widget);
+        runByUserPath(object);
         return Done;
     }
     if (auto *edit = qobject_cast<QTextEdit *>(widget)) {
         edit->setText(value);
-        runByUserPath(widget);
+        runByUserPath(object);
         return Done;
     }
     // A radio group: its buttons are reached through the group the element
@@ -177,7 +183,14 @@ DefineAssignment::Result DefineAssignment::setDefineValue(DocumentTables &tables
             return Refused;
         }
         buttons.at(int(number))->setChecked(true);
-        runByUserPath(widget);
+        runByUserPath(object);
+        return Done;
+    }
+    // A knob is no toolkit slider: it takes the number through its element.
+    if (widget->inherits("QwtAbstractSlider")) {
+        if (!element->setValue(value, 0))
+            return Refused;
+        runByUserPath(object);
         return Done;
     }
     Report::cannotUse(QStringLiteral("Set"), name);

@@ -1,6 +1,8 @@
 #include "shell/Document.h"
 
 #include "elements/ActiveElement.h"
+#include "elements/ComboBox.h"
+#include "elements/LineEdit.h"
 #include "elements/DataClass.h"
 #include "elements/MessageSink.h"
 #include "elements/SlotWiring.h"
@@ -23,6 +25,7 @@ Document::Document(QObject *slotHost, QObject *parent)
     , m_model(new HardwareModel(&m_tables))
 {
     DocumentTables::setCurrent(&m_tables);
+    ComboBox::setHardwareModel(m_model.get());
 }
 
 Document::~Document()
@@ -38,6 +41,11 @@ void Document::clear()
     // tables only point into it and are emptied with it.
     delete m_root.data();
     m_root = nullptr;
+    // $DIR$ has no place in the form, so the root does not take it along.
+    if (ActiveElement *dir = m_tables.element(QStringLiteral("$DIR$"))) {
+        if (!dir->widget()->parentWidget())
+            delete dir->widget();
+    }
     m_tables.clear();
     m_model->clear();
 }
@@ -102,6 +110,16 @@ void Document::createReservedDefines()
     for (const char *name : {"$ADDRESS$", "$VALUE$", "$FUNC$"}) {
         auto *data = m_tables.addDataValue(new DataClass(QLatin1String(name)));
         SlotWiring::connectIfPresent(data, SIGNAL(updateMathLabels()), m_slotHost, SLOT(on_updateMathLabel()));
+    }
+
+    // The directory loop's current name, unless the document has its own.
+    const QString dirName = QStringLiteral("$DIR$");
+    if (!m_tables.element(dirName)) {
+        auto *dir = new LineEdit(nullptr);
+        dir->setObjectName(dirName);
+        dir->hide();
+        m_model->claimDefine(dirName, QString(), dir, false);
+        SlotWiring::connectIfPresent(dir, SIGNAL(changedByUser()), m_slotHost, SLOT(changed()));
     }
 }
 

@@ -50,7 +50,7 @@ public:
     bool readSvd(const QString &homeFolder, QWidget *dialogParent);
 
     // The names every document has: dummy_define, $ADDRESS$, $VALUE$,
-    // $FUNC$ (and $DIR$ once line edits exist).
+    // $FUNC$ and $DIR$ (a hidden line edit outside the form).
     void createReservedDefines();
 
     // Defaults of records and elements, then the elements' signals: in this

@@ -2,6 +2,7 @@
 
 #include "elements/ActiveElement.h"
 #include "elements/DataClass.h"
+#include "elements/SetDef.h"
 #include "elements/DefineAssignment.h"
 #include "elements/Reports.h"
 #include "reader/DescriptionReader.h"
@@ -36,6 +37,10 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QProcess>
+#include <QProgressDialog>
+#include <QThread>
+#include <QTimer>
 #include <QStatusBar>
 #include <QToolBar>
 #include <QToolButton>
@@ -654,6 +659,109 @@ void MainWindow::showElement(ActiveElement *element)
     if (widget->isEnabled())
         widget->setFocus();
     m_blinker->start(widget, row);
+}
+
+// Commands of the elements' actions.
+
+void MainWindow::setDef(const QString &text)
+{
+    SetDef::run(text, &m_document->tables());
+}
+
+void MainWindow::loadFile(const QString &name)
+{
+    loadFile(name, true);
+}
+
+void MainWindow::loadFile(const QString &name, bool fixFolder)
+{
+    const QString folder = m_lastDocument.isEmpty() ? QDir::currentPath() : QFileInfo(m_lastDocument).absolutePath();
+    if (fixFolder)
+        QDir::setCurrent(folder);
+    const QString path = QFileInfo(name).isAbsolute() ? name : QDir(folder).filePath(name);
+
+    if (path.endsWith(QLatin1String(".qlnp"), Qt::CaseInsensitive)) {
+        load(path);
+        return;
+    }
+    if (path.endsWith(QLatin1String(".script"), Qt::CaseInsensitive)) {
+        if (!QMetaObject::invokeMethod(this, "runBatchfile", Q_ARG(QString, path)))
+            consolePrint(QStringLiteral("<font color=\"red\"><b>Script Error: </b></font>This build has no script interpreter to run %1<br>")
+                             .arg(path.toHtmlEscaped()));
+        return;
+    }
+    auto openDocument = [this, path]() {
+        if (!open(path)) {
+            newProject();
+            return;
+        }
+        startUp(false);
+        m_document->refreshDisplays();
+    };
+    // An element's action must not delete the element while it still runs
+    // its actions: the new document comes once the event loop is back.
+    if (sender())
+        QTimer::singleShot(0, this, openDocument);
+    else
+        openDocument();
+}
+
+void MainWindow::startProgram(const QString &command)
+{
+    QStringList words = command.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    if (words.isEmpty())
+        return;
+    const QString program = words.takeFirst();
+    QProcess process;
+    process.start(program, words);
+
+    QProgressDialog *progress = nullptr;
+    if (!quiet() && !Dialogs::quiet()) {
+        progress = new QProgressDialog(tr("Executing command..."), tr("Abort"), 0, 500 / 3, this);
+        progress->setCancelButton(nullptr);
+        progress->setWindowModality(Qt::WindowModal);
+        progress->setMinimumDuration(0);
+        progress->show();
+    }
+    setEnabled(false);
+    int counter = 0;
+    while (process.state() != QProcess::NotRunning) {
+        QCoreApplication::processEvents();
+        QThread::msleep(100);
+        counter = (counter + 1) % 500;
+        if (progress)
+            progress->setValue(counter / 3);
+        process.waitForFinished(0);
+    }
+    setEnabled(true);
+    delete progress;
+
+    QString output = QString::fromLocal8Bit(process.readAllStandardOutput());
+    output.replace(QLatin1String("\r\n"), QLatin1String("<br>"));
+    output.replace(QLatin1Char('\n'), QLatin1String("<br>"));
+    if (!output.isEmpty())
+        consolePrint(output);
+}
+
+void MainWindow::runScript(const QString &text)
+{
+    if (text.startsWith(QLatin1String("python:"))) {
+        // Only with the Python bridge; without it the text has no reader.
+        QMetaObject::invokeMethod(this, "runPython", Q_ARG(QString, text.mid(7)));
+        return;
+    }
+    const QStringList lines = text.split(QLatin1Char(';'));
+    for (int i = 0; i < lines.size(); ++i) {
+        bool goOn = false;
+        if (!QMetaObject::invokeMethod(this, "execScriptLine", Q_RETURN_ARG(bool, goOn),
+                                       Q_ARG(QString, lines.at(i)), Q_ARG(unsigned, unsigned(i)))) {
+            consolePrint(QStringLiteral("<font color=\"red\"><b>Script Error: </b></font>This build has no script interpreter to run \"%1\"<br>")
+                             .arg(lines.at(i).toHtmlEscaped()));
+            return;
+        }
+        if (!goOn)
+            return;
+    }
 }
 
 bool MainWindow::maybeSave()

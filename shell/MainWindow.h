@@ -109,6 +109,16 @@ public slots:
     void exportHeaderFiles(bool writeAll);
     void signFile();
 
+public slots:
+    // The commands of the elements' actions (resetGUI is above).
+    void setDef(const QString &text);
+    void loadFile(const QString &name);
+    // fixFolder: make the current document's folder the working folder
+    // before the name is resolved against it.
+    void loadFile(const QString &name, bool fixFolder);
+    void startProgram(const QString &command);
+    void runScript(const QString &text);
+
 public:
     // What reading a configuration needs from the window.
     bool openDescription(const QString &path) override;

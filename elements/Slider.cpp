@@ -1,0 +1,174 @@
+#include "elements/Slider.h"
+#include "elements/SpinBox.h"
+
+#include "elements/ActionRunner.h"
+#include "elements/DocumentTables.h"
+#include "elements/ElementToolTip.h"
+#include "elements/ItemLookup.h"
+#include "elements/MouseWheelWidgetAdjustmentGuard.h"
+#include "elements/QInputEventRecorder.h"
+#include "elements/RecordingHook.h"
+#include "elements/Reports.h"
+#include "elements/Selectors.h"
+
+#include <climits>
+#include <cmath>
+
+Slider::Slider(QWidget *parent)
+    : QSlider(Qt::Horizontal, parent)
+{
+    setRange(SpinBox::ReservedMinimum, SpinBox::ReservedMaximum);
+    MouseWheelWidgetAdjustmentGuard::install(this);
+}
+
+bool Slider::setValue(const QString &text, int kind)
+{
+    double v = 0;
+    if (kind != Selectors::Value || !SpinBox::numberOf(text, false, &v) || v < minimum() || v > maximum()) {
+        Report::invalidSetValue(define(), text);
+        return false;
+    }
+    if (int(v) == QSlider::value())
+        return true;
+    {
+        const QSignalBlocker blocker(this);
+        QSlider::setValue(int(v));
+    }
+    valueChanged(int(v));
+    return true;
+}
+
+bool Slider::loadValue(const QString &text)
+{
+    double v = 0;
+    if (!SpinBox::numberOf(text, false, &v) || v < minimum() || v > maximum()) {
+        Report::invalidLoadValue(define(), text);
+        return false;
+    }
+    const QSignalBlocker blocker(this);
+    QSlider::setValue(int(v));
+    m_reference = int(v);
+    updateToolTip();
+    return true;
+}
+
+QString Slider::value(int kind, bool flag)
+{
+    Q_UNUSED(flag);
+    switch (kind) {
+    case Selectors::Value:
+        return QString::number(QSlider::value());
+    case Selectors::DefineValue: {
+        quint32 v = quint32(QSlider::value());
+        const int lsb = property("lsb").isValid() ? property("lsb").toInt() : -1;
+        if (lsb > 0 && lsb < 32)
+            v <<= lsb;
+        else if (lsb >= 32)
+            v = 0;
+        return QString::number(v);
+    }
+    case Selectors::TypeInfo:
+        return typeInfo();
+    default:
+        Report::cannotReturnValue(kind, define());
+        return QString();
+    }
+}
+
+QString Slider::referenceValue()
+{
+    return QString::number(m_reference);
+}
+
+void Slider::applyDefault()
+{
+    QString text = property("my_default").toString();
+    Selectors::takePrefix(text);
+    int v = 0;
+    if (text.isEmpty()) {
+        v = minimum() > 0 ? minimum() : 0;
+    } else {
+        qint64 number = 0;
+        if (!ItemLookup::integer(text, &number)) {
+            Report::invalidSetValue(define(), property("my_default").toString());
+            return;
+        }
+        v = int(qBound<qint64>(minimum(), number, maximum()));
+    }
+    const QSignalBlocker blocker(this);
+    QSlider::setValue(v);
+    m_reference = QSlider::value();
+}
+
+void Slider::connectSignals()
+{
+    connect(this, SIGNAL(valueChanged(int)), this, SLOT(valueChangedByUser(int)), Qt::UniqueConnection);
+    connect(this, SIGNAL(valueChanged(int)), this, SLOT(valueChanged(int)), Qt::UniqueConnection);
+    DocumentTables *tables = DocumentTables::current();
+    if (tables && tables->mathDependents.contains(define()))
+        emit updateMathLabels();
+    updateToolTip();
+    if (!property("confirmation").toString().isEmpty())
+        QInputEventRecorder::install(this);
+}
+
+void Slider::setElementEnabled(bool enabled)
+{
+    if (!enableLocked)
+        setEnabled(enabled);
+}
+
+void Slider::enable(bool enabled)
+{
+    setElementEnabled(enabled);
+}
+
+void Slider::restoreReference()
+{
+    QSlider::setValue(m_reference);
+}
+
+bool Slider::setBits(int msb, int lsb)
+{
+    double low = minimum();
+    double high = maximum();
+    if (!SpinBox::fitBits(msb, lsb, &low, &high, INT_MAX))
+        return false;
+    setRange(int(low), int(high));
+    return true;
+}
+
+void Slider::updateToolTip()
+{
+    ElementToolTip::apply(this, QStringLiteral("%1..%2").arg(minimum()).arg(maximum()));
+}
+
+void Slider::sendData(int value)
+{
+    Q_UNUSED(value);
+    if (!isEnabled())
+        return;
+    ActionRunner::run(this, QStringLiteral("0"), QStringLiteral("changed"));
+    ActionRunner::emitEach(this, "changed_setDef", property("default_setdef").toStringList());
+}
+
+void Slider::valueChanged(int value)
+{
+    sendData(value);
+    if (DocumentTables *tables = DocumentTables::current())
+        tables->markHeaderChanged(this);
+    updateToolTip();
+    emit updateMathLabels();
+}
+
+void Slider::valueChangedByUser(int value)
+{
+    RecordingHook::userChange(this);
+    emit changedByUser();
+    m_reference = value;
+}
+
+void Slider::valueChangedByUser()
+{
+    valueChangedByUser(QSlider::value());
+}

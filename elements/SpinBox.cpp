@@ -1,0 +1,203 @@
+#include "elements/SpinBox.h"
+
+#include "elements/ActionRunner.h"
+#include "elements/DocumentTables.h"
+#include "elements/ElementToolTip.h"
+#include "elements/ItemLookup.h"
+#include "elements/MouseWheelWidgetAdjustmentGuard.h"
+#include "elements/QInputEventRecorder.h"
+#include "elements/RecordingHook.h"
+#include "elements/Reports.h"
+#include "elements/Selectors.h"
+
+#include <climits>
+#include <cmath>
+
+SpinBox::SpinBox(QWidget *parent)
+    : QSpinBox(parent)
+{
+    setRange(ReservedMinimum, ReservedMaximum);
+    MouseWheelWidgetAdjustmentGuard::install(this);
+}
+
+bool SpinBox::fitBits(int msb, int lsb, double *minimum, double *maximum, double cap)
+{
+    if (msb == -1 && lsb == -1)
+        return true;
+    const int width = msb - lsb + 1;
+    const double room = width >= 1 ? std::min(std::pow(2.0, width) - 1.0, cap) : 0.0;
+    if (*minimum == ReservedMinimum && *maximum == ReservedMaximum) {
+        *minimum = 0;
+        *maximum = room;
+        return true;
+    }
+    return !(*maximum > room || *minimum < 0);
+}
+
+bool SpinBox::numberOf(const QString &given, bool allowFloat, double *value)
+{
+    const QString text = ItemLookup::resolve(given);
+    if (allowFloat)
+        return ItemLookup::number(text, value);
+    qint64 i = 0;
+    if (!ItemLookup::integer(text, &i))
+        return false;
+    *value = double(i);
+    return true;
+}
+
+bool SpinBox::setValue(const QString &text, int kind)
+{
+    double v = 0;
+    if (kind != Selectors::Value || !numberOf(text, false, &v) || v < minimum() || v > maximum()) {
+        Report::invalidSetValue(define(), text);
+        return false;
+    }
+    if (int(v) == QSpinBox::value())
+        return true;
+    {
+        const QSignalBlocker blocker(this);
+        QSpinBox::setValue(int(v));
+    }
+    valueChanged(int(v));
+    return true;
+}
+
+bool SpinBox::loadValue(const QString &text)
+{
+    double v = 0;
+    if (!numberOf(text, false, &v) || v < minimum() || v > maximum()) {
+        Report::invalidLoadValue(define(), text);
+        return false;
+    }
+    const QSignalBlocker blocker(this);
+    QSpinBox::setValue(int(v));
+    m_reference = int(v);
+    updateToolTip();
+    return true;
+}
+
+QString SpinBox::value(int kind, bool flag)
+{
+    Q_UNUSED(flag);
+    switch (kind) {
+    case Selectors::Value:
+        return QString::number(QSpinBox::value());
+    case Selectors::DefineValue: {
+        quint32 v = quint32(QSpinBox::value());
+        const int lsb = property("lsb").isValid() ? property("lsb").toInt() : -1;
+        if (lsb > 0 && lsb < 32)
+            v <<= lsb;
+        else if (lsb >= 32)
+            v = 0;
+        return QString::number(v);
+    }
+    case Selectors::TypeInfo:
+        return typeInfo();
+    default:
+        Report::cannotReturnValue(kind, define());
+        return QString();
+    }
+}
+
+QString SpinBox::referenceValue()
+{
+    return QString::number(m_reference);
+}
+
+void SpinBox::applyDefault()
+{
+    QString text = property("my_default").toString();
+    Selectors::takePrefix(text);
+    int v = 0;
+    if (text.isEmpty()) {
+        v = minimum() > 0 ? minimum() : 0;
+    } else {
+        qint64 number = 0;
+        if (!ItemLookup::integer(text, &number)) {
+            Report::invalidSetValue(define(), property("my_default").toString());
+            return;
+        }
+        v = int(qBound<qint64>(minimum(), number, maximum()));
+    }
+    const QSignalBlocker blocker(this);
+    QSpinBox::setValue(v);
+    m_reference = QSpinBox::value();
+}
+
+void SpinBox::connectSignals()
+{
+    connect(this, SIGNAL(valueChanged(int)), this, SLOT(valueChangedByUser(int)), Qt::UniqueConnection);
+    connect(this, SIGNAL(valueChanged(int)), this, SLOT(valueChanged(int)), Qt::UniqueConnection);
+    DocumentTables *tables = DocumentTables::current();
+    if (tables && tables->mathDependents.contains(define()))
+        emit updateMathLabels();
+    updateToolTip();
+    if (!property("confirmation").toString().isEmpty())
+        QInputEventRecorder::install(this);
+}
+
+void SpinBox::emitLocks()
+{
+}
+
+void SpinBox::setElementEnabled(bool enabled)
+{
+    if (!enableLocked)
+        setEnabled(enabled);
+}
+
+void SpinBox::enable(bool enabled)
+{
+    setElementEnabled(enabled);
+}
+
+void SpinBox::restoreReference()
+{
+    QSpinBox::setValue(m_reference);
+}
+
+bool SpinBox::setBits(int msb, int lsb)
+{
+    double low = minimum();
+    double high = maximum();
+    if (!fitBits(msb, lsb, &low, &high, INT_MAX))
+        return false;
+    setRange(int(low), int(high));
+    return true;
+}
+
+void SpinBox::updateToolTip()
+{
+    ElementToolTip::apply(this, QStringLiteral("%1..%2").arg(minimum()).arg(maximum()));
+}
+
+void SpinBox::sendData(int value)
+{
+    Q_UNUSED(value);
+    if (!isEnabled())
+        return;
+    ActionRunner::run(this, QStringLiteral("0"), QStringLiteral("changed"));
+    ActionRunner::emitEach(this, "changed_setDef", property("default_setdef").toStringList());
+}
+
+void SpinBox::valueChanged(int value)
+{
+    sendData(value);
+    if (DocumentTables *tables = DocumentTables::current())
+        tables->markHeaderChanged(this);
+    updateToolTip();
+    emit updateMathLabels();
+}
+
+void SpinBox::valueChangedByUser(int value)
+{
+    RecordingHook::userChange(this);
+    emit changedByUser();
+    m_reference = value;
+}
+
+void SpinBox::valueChangedByUser()
+{
+    valueChangedByUser(QSpinBox::value());
+}
