@@ -13,6 +13,13 @@
 #include "elements/ToggleButton.h"
 #include "elements/GridWidget.h"
 #include "elements/GroupBox.h"
+#include "elements/Image.h"
+#include "elements/Led.h"
+#include "elements/LogLabel.h"
+#include "elements/MathLabel.h"
+#include "elements/PushButton.h"
+#include "elements/Text.h"
+#include "elements/TimerLabel.h"
 #include "elements/HorizontalWidget.h"
 #include "elements/TabWidget.h"
 #include "elements/TreeWidget.h"
@@ -87,6 +94,45 @@ LineEdit *Container::addLineEdit(const QString &label, int index, const QString 
 }
 
 // Display elements.
+
+PushButton *Container::addPushButton(const QString &label, int index, const QString &define)
+{
+    PushButton *button = make<PushButton>(label, index, define);
+    button->setText(label);
+    return button;
+}
+
+TimerLabel *Container::addTimer(const QString &label, int index, const QString &define)
+{
+    return make<TimerLabel>(label, index, define);
+}
+
+LogLabel *Container::addLog(const QString &label, int index, const QString &define)
+{
+    return make<LogLabel>(label, index, define);
+}
+
+Image *Container::addImage(const QString &label, int index, const QString &define)
+{
+    return make<Image>(label, index, define);
+}
+
+Led *Container::addLed(const QString &label, int index, const QString &define)
+{
+    return make<Led>(label, index, define);
+}
+
+Text *Container::addText(const QString &label, int index, const QString &define)
+{
+    Text *text = make<Text>(label, index, define);
+    text->setText(label);
+    return text;
+}
+
+MathLabel *Container::addMathLabel(const QString &label, int index, const QString &define)
+{
+    return make<MathLabel>(label, index, define);
+}
 
 // Views.
 

@@ -22,6 +22,13 @@ class HorizontalWidget;
 class TabWidget;
 class TreeWidget;
 class VerticalWidget;
+class Image;
+class Led;
+class LogLabel;
+class MathLabel;
+class PushButton;
+class Text;
+class TimerLabel;
 
 // Factory interface of every container. The reader never creates a form
 // element itself: it asks the current container, which makes the element
@@ -55,6 +62,13 @@ public:
     virtual LineEdit *addLineEdit(const QString &label, int index, const QString &define);
 
     // Display elements.
+    virtual PushButton *addPushButton(const QString &label, int index, const QString &define);
+    virtual TimerLabel *addTimer(const QString &label, int index, const QString &define);
+    virtual LogLabel *addLog(const QString &label, int index, const QString &define);
+    virtual Image *addImage(const QString &label, int index, const QString &define);
+    virtual Led *addLed(const QString &label, int index, const QString &define);
+    virtual Text *addText(const QString &label, int index, const QString &define);
+    virtual MathLabel *addMathLabel(const QString &label, int index, const QString &define);
 
     // Views.
 

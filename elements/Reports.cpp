@@ -197,4 +197,14 @@ void tableVersionMismatch(const QString &tableVersion, const QString &xmlVersion
                   .arg(tableVersion, xmlVersion));
 }
 
+void pictureNotLoaded(const QString &tag)
+{
+    showError(QStringLiteral("Picture of <%1> element couldn't be loaded.").arg(tag));
+}
+
+void formulaCycle(const QString &chain)
+{
+    showError(QStringLiteral("Formula depends on itself: \"%1\"").arg(chain));
+}
+
 } // namespace Report

@@ -39,6 +39,10 @@ void signedFiles(int count, const QString &list);
 void qlnpVersionMismatch(const QString &qlnpVersion, const QString &xmlVersion);
 void tableFromOtherXml(const QString &original, const QString &current);
 void tableVersionMismatch(const QString &tableVersion, const QString &xmlVersion);
+// Display elements: a picture that can't be read (%1 the element's tag,
+// "image" or "button"), and formulas that depend on themselves.
+void pictureNotLoaded(const QString &tag);
+void formulaCycle(const QString &chain);
 
 // Texts of the family, for callers that need them without presenting them
 // (the stream error of a reader, for instance).

@@ -4,6 +4,8 @@
 #include "elements/DataClass.h"
 #include "elements/SetDef.h"
 #include "elements/DefineAssignment.h"
+#include "elements/DisplayRefresh.h"
+#include "model/MathCascade.h"
 #include "elements/Reports.h"
 #include "reader/DescriptionReader.h"
 #include "config/Checksum.h"
@@ -161,6 +163,35 @@ MainWindow::~MainWindow()
     delete m_actions;
     if (g_mainWindow == this)
         g_mainWindow = nullptr;
+}
+
+// Display refreshes: the work is the cascade's and DisplayRefresh's.
+
+MathCascade &MainWindow::mathCascade()
+{
+    if (!m_mathCascade)
+        m_mathCascade.reset(new MathCascade(nullptr));
+    return *m_mathCascade;
+}
+
+void MainWindow::on_updateMathLabel()
+{
+    mathCascade().update(sender());
+}
+
+void MainWindow::on_updateLED()
+{
+    DisplayRefresh::leds(&m_document->tables(), DisplayRefresh::senderDefine(sender()));
+}
+
+void MainWindow::on_updateSvgImage()
+{
+    DisplayRefresh::svgImages(&m_document->tables(), DisplayRefresh::senderDefine(sender()));
+}
+
+void MainWindow::on_updateLog()
+{
+    DisplayRefresh::logs(&m_document->tables(), DisplayRefresh::senderDefine(sender()));
 }
 
 ActiveElement *MainWindow::element(const QString &name)

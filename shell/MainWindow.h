@@ -2,6 +2,7 @@
 #include <QMainWindow>
 #include <QPointer>
 #include <QString>
+#include <memory>
 
 #include "config/ConfigurationReader.h"
 #include "shell/IniSettings.h"
@@ -9,6 +10,7 @@
 #include "shell/StartOptions.h"
 
 class ActionTable;
+class MathCascade;
 class ElementBlinker;
 class ActiveElement;
 class Console;
@@ -132,6 +134,18 @@ public:
     // Folder the headers go to; by default that of the configuration.
     void setExportFolder(const QString &folder) { m_exportFolder = folder; }
 
+public slots:
+    // Refreshes of the displays that follow the sender's define: math labels
+    // (and the labels that read them in turn), LEDs, embedded SVG pictures
+    // and logs.
+    void on_updateMathLabel();
+    void on_updateLED();
+    void on_updateSvgImage();
+    void on_updateLog();
+
+public:
+    MathCascade &mathCascade();
+
 protected:
     void closeEvent(QCloseEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
@@ -168,4 +182,5 @@ private:
     bool m_exitRequested = false;
     int m_exitCode = 0;
     bool m_homePage = false;
+    std::unique_ptr<MathCascade> m_mathCascade;
 };

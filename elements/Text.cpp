@@ -1,0 +1,6 @@
+#include "elements/Text.h"
+
+Text::Text(QWidget *parent)
+    : QLabel(parent)
+{
+}
