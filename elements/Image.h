@@ -24,6 +24,8 @@ public:
     // animation. When the file can't be read the element is left empty and
     // "Picture of <image> element couldn't be loaded." is reported.
     bool setPictureFile(const QString &path);
+    // The `image` selector of setDef: the same, by name.
+    Q_INVOKABLE bool setPicture(const QString &path) { return setPictureFile(path); }
 
     // An SVG document; false (and an empty element) when it can't be read.
     // The property File becomes "$SVG$".
@@ -43,8 +45,9 @@ public:
 
     QMovie *movie() const { return m_movie.get(); }
 
-    // Writes the current picture (the current frame of an animation).
-    bool savePicture(const QString &path) const;
+    // Writes the current picture (the current frame of an animation); the
+    // `save` selector of setDef.
+    Q_INVOKABLE bool savePicture(const QString &path) const;
 
     // Redraws, for the "update" selector and after a size change.
     void redraw();

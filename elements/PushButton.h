@@ -23,7 +23,7 @@ public:
     // The same for a picture set at run time (the `image` selector): the
     // size and the `nograyout` setting of the description are kept, and a
     // failure reports "Picture of <button> element couldn't be loaded.".
-    bool setPicture(const QString &path);
+    Q_INVOKABLE bool setPicture(const QString &path);
 
 public slots:
     // Runs the entries of the event that called it (clicked, pressed or

@@ -12,6 +12,7 @@
 #include "elements/LogLabel.h"
 #include "elements/MathLabel.h"
 #include "elements/PushButton.h"
+#include "elements/SetDef.h"
 #include "elements/Selectors.h"
 #include "elements/Text.h"
 #include "elements/TimerLabel.h"
@@ -72,6 +73,7 @@ private slots:
     void timersTickAfterStartUp();
     void logsWriteColumns();
     void buttonsRunTheirActions();
+    void setDefReachesDisplays();
     void boardExampleReads();
 
 private:
@@ -491,6 +493,41 @@ void TestDisplayReaders::buttonsRunTheirActions()
     again->setEnabled(true);
     QTest::mouseClick(again, Qt::LeftButton);
     QCOMPARE(m_host->commands, (QStringList{QStringLiteral("setDef:a=1"), QStringLiteral("setDef:b=2")}));
+}
+
+void TestDisplayReaders::setDefReachesDisplays()
+{
+    QVERIFY(read("<image define=\"logo\" file=\"anim.gif\"/>"
+                 "<button define=\"go\" label=\"Go\"/>"
+                 "<led define=\"L\" data=\"flag\"/>"
+                 "<timer define=\"tick\" interval=\"100\"/>"));
+    auto *logo = qobject_cast<Image *>(m_tables->images.value(QStringLiteral("logo")));
+    QVERIFY(logo && logo->movie());
+
+    // `.image` replaces the animation with a still; `.save` writes what is shown.
+    QVERIFY(SetDef::run(QStringLiteral("logo.image=%1").arg(path(QStringLiteral("logo.png"))), m_tables));
+    QVERIFY(!logo->movie());
+    QCOMPARE(logo->pixmap(Qt::ReturnByValue).size(), QSize(10, 8));
+    QVERIFY(SetDef::run(QStringLiteral("logo.save=%1").arg(path(QStringLiteral("saved.png"))), m_tables));
+    QCOMPARE(QImage(path(QStringLiteral("saved.png"))).size(), QSize(10, 8));
+
+    QVERIFY(SetDef::run(QStringLiteral("go.image=%1").arg(path(QStringLiteral("icon.png"))), m_tables));
+    auto *go = qobject_cast<PushButton *>(m_tables->pushButtons.value(QStringLiteral("go")));
+    QVERIFY(go && !go->icon().isNull());
+    SetDef::run(QStringLiteral("go.image=%1").arg(path(QStringLiteral("none.png"))), m_tables);
+    QCOMPARE(m_sink->errors, QStringList{QStringLiteral("Picture of <button> element couldn't be loaded.")});
+
+    auto *tick = qobject_cast<TimerLabel *>(m_tables->timers.value(QStringLiteral("tick")));
+    QVERIFY(SetDef::run(QStringLiteral("tick.interval=250;tick.run=1"), m_tables));
+    QCOMPARE(tick->interval(), 250);
+    QVERIFY(tick->isActive());
+    QVERIFY(SetDef::run(QStringLiteral("tick.run=0"), m_tables));
+    QVERIFY(!tick->isActive());
+
+    m_root->show();
+    QVERIFY(SetDef::run(QStringLiteral("L.visible=0"), m_tables));
+    auto *led = qobject_cast<Led *>(m_tables->leds.value(QStringLiteral("L")));
+    QVERIFY(led && led->isHidden());
 }
 
 void TestDisplayReaders::boardExampleReads()
