@@ -3,6 +3,7 @@
 #include "elements/ActionRunner.h"
 #include "elements/DefineLookup.h"
 #include "elements/DocumentTables.h"
+#include "elements/ElementToolTip.h"
 #include "elements/NumberFormat.h"
 #include "elements/Reports.h"
 #include "elements/Selectors.h"
@@ -64,6 +65,8 @@ void MathLabel::showResult(double value)
 {
     m_result = value;
     showText(m_format.text(value));
+    if (!objectName().isEmpty())
+        updateToolTip();
     // The label declares only the setDef, sendUSB and recData signals, so
     // other commands of its entries drop out.
     ActionRunner::run(this, QStringLiteral("0"), QStringLiteral("changed"));
@@ -149,8 +152,14 @@ bool MathLabel::loadValue(const QString &text)
     return true;
 }
 
+void MathLabel::updateToolTip()
+{
+    ElementToolTip::apply(this);
+}
+
 void MathLabel::connectSignals()
 {
+    updateToolTip();
     DocumentTables *tables = DocumentTables::current();
     if (tables && !objectName().isEmpty() && tables->mathDependents.contains(objectName()))
         emit updateMathLabels();

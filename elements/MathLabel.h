@@ -50,6 +50,7 @@ public:
     void connectSignals() override;
     void emitLocks() override {}
     void setElementEnabled(bool enabled) override;
+    void updateToolTip() override;
     // Any range is accepted; it sets `max` (2^width - 1, or -1 without bits).
     bool setBits(int msb, int lsb) override;
     QWidget *widget() override { return this; }

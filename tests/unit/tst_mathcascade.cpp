@@ -133,6 +133,8 @@ void TestMathCascade::labelKinds()
     QCOMPARE(m.value(Selectors::DefineValue), definevalue);
     QCOMPARE(m.value(Selectors::TypeInfo), QStringLiteral("MathLabel"));
     QCOMPARE(m.value(Selectors::Value, true).toDouble(), result);
+    // The tool tip follows the shown value.
+    QVERIFY2(m.toolTip().contains(QStringLiteral("M = ") + value), qPrintable(m.toolTip()));
     QVERIFY(m_sink->errors.isEmpty());
 
     QCOMPARE(m.value(Selectors::Index), QString());
