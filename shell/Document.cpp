@@ -9,6 +9,7 @@
 #include "model/BitField.h"
 #include "model/DefineText.h"
 #include "model/HardwareModel.h"
+#include "model/LockEngine.h"
 #include "model/Peripheral.h"
 #include "model/Register.h"
 #include "reader/DescriptionReader.h"
@@ -23,8 +24,10 @@ Document::Document(QObject *slotHost, QObject *parent)
     : QObject(parent)
     , m_slotHost(slotHost)
     , m_model(new HardwareModel(&m_tables))
+    , m_locks(new LockEngine(&m_tables, this))
 {
     DocumentTables::setCurrent(&m_tables);
+    LockEngine::setCurrent(m_locks);
     ComboBox::setHardwareModel(m_model.get());
 }
 
@@ -48,6 +51,8 @@ void Document::clear()
     }
     m_tables.clear();
     m_model->clear();
+    // Conflicts belong to the form that is gone; the next starts at 0.
+    m_locks->clear();
 }
 
 bool Document::read(const QString &fileName, const ReaderOptions &options)
@@ -156,6 +161,14 @@ void Document::startUp(bool afterLoad, const QString &configurationName)
         }
         element->connectSignals();
     }
+
+    // The description's lock strings are checked once the signals are in
+    // place; then each element announces the locks of its start value, so
+    // that, for instance, an inverted check box that starts unchecked locks
+    // at once.
+    m_locks->checkAfterLoad();
+    for (ActiveElement *element : m_tables.elementList.toList())
+        element->emitLocks();
 }
 
 void Document::refreshDisplays()

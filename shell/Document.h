@@ -8,6 +8,7 @@
 #include "reader/DocumentState.h"
 
 class HardwareModel;
+class LockEngine;
 class QWidget;
 struct ReaderOptions;
 
@@ -25,6 +26,8 @@ public:
     DocumentTables &tables() { return m_tables; }
     DocumentState &state() { return m_state; }
     HardwareModel &model() { return *m_model; }
+    // The locks between the elements and the conflicts they cause.
+    LockEngine &locks() { return *m_locks; }
     const DocumentState &state() const { return m_state; }
 
     QString path() const { return m_path; }
@@ -66,6 +69,7 @@ private:
     DocumentTables m_tables;
     DocumentState m_state;
     std::unique_ptr<HardwareModel> m_model;
+    LockEngine *m_locks;
     QPointer<QWidget> m_root;
     QString m_path;
     QString m_folder;
