@@ -388,6 +388,8 @@ QStringList LockEngine::overflowLabels() const
         if (entry)
             names << entry->objectName();
     }
+    if (m_overflowSource)
+        names += m_overflowSource();
     return names;
 }
 

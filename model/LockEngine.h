@@ -7,6 +7,7 @@
 #include <QPointer>
 #include <QString>
 #include <QStringList>
+#include <functional>
 
 #include "model/LockGraph.h"
 
@@ -86,7 +87,12 @@ public:
     void enterOverflow(QObject *label, qint64 max, const QString &sender, bool tooHigh);
     void leaveOverflow(QObject *label);
     bool isOverflowing(const QObject *label) const;
+    // The labels out of range: those entered here, then those of the
+    // outside source, if one is set.
     QStringList overflowLabels() const;
+    // Labels out of range that another part keeps (the math cascade keeps
+    // its own list); they count as conflicts like those entered here.
+    void setOverflowSource(std::function<QStringList()> source) { m_overflowSource = std::move(source); }
 
     // Queues a value moved by a changed range; the queue is written to the
     // console 100 ms after the first change of a burst, one line per
@@ -144,6 +150,7 @@ private:
     DocumentTables *m_tables = nullptr;
     QMap<QString, QStringList> m_conflicts;
     QList<QPointer<QObject>> m_overflow;
+    std::function<QStringList()> m_overflowSource;
     QList<RangeChange> m_rangeChanges;
     QBasicTimer m_rangeTimer;
     LockGraph m_graph;

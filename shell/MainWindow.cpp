@@ -21,6 +21,9 @@
 #include "shell/FindDialog.h"
 #include "shell/Document.h"
 #include "shell/SettingsDialog.h"
+#include "elements/MathLabel.h"
+#include "model/LockEngine.h"
+#include "views/LockDialog.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -97,6 +100,7 @@ MainWindow::MainWindow(const StartOptions &options, QWidget *parent)
     // 4. Actions, menus, tool bars and the docked console.
     m_blinker = new ElementBlinker(this);
     m_document = new Document(this, this);
+    connectConflictSources();
     m_document->tables().onModified = [this] { setWindowModified(true); };
     m_scroll = new QScrollArea(this);
     m_scroll->setWidgetResizable(true);
@@ -795,6 +799,45 @@ void MainWindow::runScript(const QString &text)
     }
 }
 
+// Locks: forwarded to the document's engine with the element that sent them.
+
+void MainWindow::on_sendLock(const QString &lock)
+{
+    m_document->locks().lock(sender(), lock);
+}
+
+void MainWindow::on_sendUnlock(const QString &lock)
+{
+    m_document->locks().unlock(sender(), lock);
+}
+
+void MainWindow::showLocks()
+{
+    if (Dialogs::quiet())
+        return;
+    auto *dialog = new LockDialog(m_document->locks().graph(), this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->show();
+}
+
+int MainWindow::conflictCount() const
+{
+    return m_document->locks().conflictCount();
+}
+
+void MainWindow::connectConflictSources()
+{
+    // The math cascade keeps its labels out of range itself; both kinds of
+    // conflict count in each other's messages.
+    m_document->locks().setOverflowSource([this] {
+        QStringList names;
+        for (const QObject *label : mathCascade().overflowLabels())
+            names << label->objectName();
+        return names;
+    });
+    mathCascade().conflictCount = [this] { return conflictCount(); };
+}
+
 bool MainWindow::maybeSave()
 {
     if (!isWindowModified() || !m_document->state().loadSaveAllowed)
@@ -1027,7 +1070,8 @@ void MainWindow::exportHeaderFiles(bool writeAll)
     options.disclaimerPath = disclaimerPath();
     options.versionText = m_document->state().versionText;
     HeaderExporter exporter(m_document->model(), options);
-    exporter.exportHeaders(writeAll, m_document->tables().changedHeaders, {});
+    exporter.exportHeaders(writeAll, m_document->tables().changedHeaders,
+                           m_document->locks().conflictedElements());
 }
 
 void MainWindow::signFile()

@@ -146,6 +146,18 @@ public slots:
 public:
     MathCascade &mathCascade();
 
+    // Locks between elements and the conflicts they cause; the work is
+    // the document's LockEngine.
+public slots:
+    void on_sendLock(const QString &lock);
+    void on_sendUnlock(const QString &lock);
+    void showLocks();
+
+public:
+    // Waiting lock sources plus labels out of range; header export refuses
+    // while it is not 0.
+    int conflictCount() const;
+
 protected:
     void closeEvent(QCloseEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
@@ -161,6 +173,7 @@ private:
     void storePreferences();
     void applyCommandLineDefines();
     void stopWorkers();
+    void connectConflictSources();
     void reportLeftovers(const QStringList &unresolved, const QStringList &unseen);
     QString disclaimerPath();
 

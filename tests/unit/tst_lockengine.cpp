@@ -469,6 +469,24 @@ private slots:
         QVERIFY(engine->conflictedElements().isEmpty());
     }
 
+    void outsideOverflowCounts()
+    {
+        QStringList outside{QStringLiteral("M:2")};
+        engine->setOverflowSource([&outside] { return outside; });
+        QCOMPARE(engine->conflictCount(), 1);
+        const QList<QPair<QString, QString>> expected{{QStringLiteral("M$$$COLON$$$2"), QStringLiteral("M:2")}};
+        QCOMPARE(engine->conflictedElements(), expected);
+        target();
+        LockSourceElement *a = checkBox(QStringLiteral("A"), {QStringLiteral("T=1")});
+        LockSourceElement *b = checkBox(QStringLiteral("B"), {QStringLiteral("T=2")});
+        a->setValue(QStringLiteral("1"), 0);
+        b->setValue(QStringLiteral("1"), 0);
+        QVERIFY(sink->console.last().endsWith(QStringLiteral(" (2 conflicts in current project)<br>")));
+        outside.clear();
+        b->setValue(QStringLiteral("0"), 0);
+        QCOMPARE(sink->console.last(), cleared(QStringLiteral("T"), 0));
+    }
+
     // ---------------------------------------------------------- ranges
 
     void rangeChangesAreReportedOncePerElement()
