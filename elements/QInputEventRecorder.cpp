@@ -36,13 +36,11 @@ bool QInputEventRecorder::eventFilter(QObject *watched, QEvent *event)
     auto *widget = qobject_cast<QWidget *>(watched);
     if (!widget)
         return false;
-    if (event->type() == QEvent::MouseButtonRelease && m_reposted.contains(watched)) {
-        m_reposted.remove(watched);
+    // The events posted after a confirmation pass, known by identity: the
+    // user's own release of the first click may come in between.
+    if (m_reposted.remove(event))
         return false;
-    }
     if (event->type() != QEvent::MouseButtonPress)
-        return false;
-    if (m_reposted.contains(watched))
         return false;
     const QString text = confirmationText(widget);
     if (text.isEmpty())
@@ -56,18 +54,18 @@ bool QInputEventRecorder::eventFilter(QObject *watched, QEvent *event)
     const Qt::MouseButtons buttons = press->buttons();
     const Qt::KeyboardModifiers modifiers = press->modifiers();
 
+    QPointer<QWidget> target(widget);
     const QMessageBox::StandardButton answer =
         Dialogs::question(widget->window(), QMessageBox::Warning, QStringLiteral("Quillon"), text,
                           QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Ok);
-    if (answer != QMessageBox::Cancel) {
-        QPointer<QWidget> target(widget);
-        if (target) {
-            m_reposted.insert(watched);
-            QCoreApplication::postEvent(target, new QMouseEvent(QEvent::MouseButtonPress, local, window, screen,
-                                                                button, buttons, modifiers));
-            QCoreApplication::postEvent(target, new QMouseEvent(QEvent::MouseButtonRelease, local, window, screen,
-                                                                button, Qt::NoButton, modifiers));
-        }
+    if (answer != QMessageBox::Cancel && target) {
+        auto *again = new QMouseEvent(QEvent::MouseButtonPress, local, window, screen, button, buttons, modifiers);
+        auto *release = new QMouseEvent(QEvent::MouseButtonRelease, local, window, screen, button, Qt::NoButton,
+                                        modifiers);
+        m_reposted.insert(again);
+        m_reposted.insert(release);
+        QCoreApplication::postEvent(target, again);
+        QCoreApplication::postEvent(target, release);
     }
     // The original press never reaches the widget.
     return true;

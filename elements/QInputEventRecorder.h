@@ -27,6 +27,6 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    // Widgets whose next press and release are the reposted ones.
-    QSet<QObject *> m_reposted;
+    // The presses and releases posted anew after a confirmation.
+    QSet<QEvent *> m_reposted;
 };

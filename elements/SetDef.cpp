@@ -242,7 +242,10 @@ bool SetDef::trace()
 void SetDef::setBackgroundColor(QWidget *widget, quint32 rgb)
 {
     QPalette palette = widget->palette();
-    palette.setColor(widget->backgroundRole(), QColor(QRgb(rgb & 0xffffff)));
+    const QColor color(QRgb(rgb & 0xffffff));
+    palette.setColor(widget->backgroundRole(), color);
+    // Edits and lists paint their field with the base colour.
+    palette.setColor(QPalette::Base, color);
     widget->setPalette(palette);
     widget->setAutoFillBackground(true);
 }
