@@ -203,7 +203,7 @@ void ButtonGroup::connectSignals()
 
 void ButtonGroup::emitLockList(int index, bool lock)
 {
-    const QStringList list = property("locks").toMap().value(QString::number(index)).toStringList();
+    const QStringList list = property("locks").toMap().value(buttonValue(button(index))).toStringList();
     for (const QString &text : list) {
         if (lock)
             emit sendLock(text);

@@ -258,7 +258,7 @@ void ComboBox::connectSignals()
 
 void ComboBox::emitLockList(int index, bool lock)
 {
-    const QStringList list = property("locks").toMap().value(QString::number(index)).toStringList();
+    const QStringList list = property("locks").toMap().value(itemData(index).toString()).toStringList();
     for (const QString &text : list) {
         if (lock)
             emit sendLock(text);

@@ -117,6 +117,22 @@ void addSetDefEntry(DescriptionReader &reader, QObject *element, const QXmlStrea
     ActionReader::connectAction(reader, element, QStringLiteral("selected_setDef"), QStringLiteral("setDef"));
 }
 
+// A `lockon` attribute: its lock strings, split at ";", go to the
+// element's `locks` map under the key of the value that carries them.
+void addLocks(ActiveElement *element, const QXmlStreamAttributes &a, const QString &key)
+{
+    if (!has(a, "lockon"))
+        return;
+    QStringList locks = attribute(a, "lockon").split(QLatin1Char(';'));
+    locks.removeAll(QString());
+    if (locks.isEmpty())
+        return;
+    QVariantMap map = element->property("locks").toMap();
+    locks = map.value(key).toStringList() + locks;
+    map.insert(key, locks);
+    element->setProperty("locks", map);
+}
+
 // ---------------------------------------------------------------- numbers
 
 // A bound of `range`: decimal, hexadecimal, binary and float texts are
@@ -268,6 +284,7 @@ void readCheckBox(DescriptionReader &reader, Container *container)
     }
     requireDefine(reader, define, "Checkbox");
     readFlagAttributes(box, a);
+    addLocks(box, a, QStringLiteral("0"));
     readDefaultAndCommon(reader, box, box, a);
     if (branch)
         readBranchChildren(reader, makeBranch(reader, container, box, a), box, ActionReader::checkBoxEvents(),
@@ -294,6 +311,7 @@ void readToggleButton(DescriptionReader &reader, Container *container)
     }
     requireDefine(reader, define, "Togglebutton");
     readFlagAttributes(button, a);
+    addLocks(button, a, QStringLiteral("0"));
     if (has(a, "icon")) {
         const QString path = reader.findFile(attribute(a, "icon"));
         button->setProperty("icon", attribute(a, "icon"));
@@ -349,6 +367,7 @@ void readItem(DescriptionReader &reader, ComboBox *combo, QStringList &itemTexts
         const QString value = has(a, "value") ? NumberFormat::normaliseNumber(attribute(a, "value")) : key;
         combo->addListItem(label, value);
         itemTexts << value + QStringLiteral("#$#") + label;
+        addLocks(combo, a, value);
     }
     addSetDefEntry(reader, combo, a, key);
     ActionReader::readActions(reader, combo, ActionReader::comboBoxEvents(), key, combo->objectName());
@@ -421,6 +440,7 @@ void readRadioButton(DescriptionReader &reader, Container *container)
         button = container->addRadioButton(label, -1, define);
     }
     group->addRadioButton(button, attribute(a, "value"));
+    addLocks(group, a, ButtonGroup::buttonValue(button));
     const QString key = QString::number(group->id(button));
     // The button's own setDef counts under the group's first key.
     addSetDefEntry(reader, group, a, QStringLiteral("0"));

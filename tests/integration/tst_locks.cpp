@@ -1,0 +1,296 @@
+#include <QtTest>
+
+#include "QuillonRun.h"
+#include "RecordingSink.h"
+#include "elements/ButtonGroup.h"
+#include "elements/CheckBox.h"
+#include "elements/ComboBox.h"
+#include "elements/DocumentTables.h"
+#include "elements/LineEdit.h"
+#include "elements/SpinBox.h"
+#include "elements/ToggleButton.h"
+#include "model/LockEngine.h"
+#include "shell/Document.h"
+#include "shell/MainWindow.h"
+#include "views/LockDialog.h"
+
+#include <QRadioButton>
+#include <QTemporaryDir>
+
+// Locks on a real form opened by the main window: `lockon` read from the
+// description, the check after load, and the locks at run time between the
+// real element classes, with their console lines and the refusal of header
+// export while a conflict stands.
+class TestLocks : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void checkAfterLoad();
+    void invertedLockHoldsFromTheStart();
+    void twoSourcesConflictAndHandOver();
+    void sameValueSourcesHoldTogether();
+    void labelLockOnRadioGroup();
+    void toggleLocksLineEdit();
+    void badLocksAtRunTime();
+    void ringOfListsAtRunTime();
+    void diagramAndClose();
+
+private:
+    template <class T>
+    T *element(const QString &define) const
+    {
+        return dynamic_cast<T *>(m_window->document()->tables().element(define));
+    }
+    LockEngine &engine() const { return m_window->document()->locks(); }
+    static QString xmlError(const QString &text)
+    {
+        return QStringLiteral("<font color=\"red\"> <b>XML Error: </b></font><b>") + text;
+    }
+
+    QTemporaryDir m_dir;
+    QString m_path;
+    MainWindow *m_window = nullptr;
+    RecordingSink *m_sink = nullptr;
+    QStringList m_openMessages;
+};
+
+static const QByteArray kSvd =
+    "<?xml version=\"1.0\"?>\n<device><name>MINI</name><peripherals>\n"
+    "<peripheral><name>P</name><baseAddress>0x40000000</baseAddress><registers>\n"
+    "<register><name>R</name><addressOffset>0x0</addressOffset><size>32</size><fields>\n"
+    "<field><name>EN</name><lsb>0</lsb><msb>0</msb></field>\n"
+    "</fields></register>\n"
+    "</registers></peripheral></peripherals></device>\n";
+
+static const QByteArray kForm = R"(
+<verticalcontainer label="Locks">
+ <header file="locks.h">
+  <checkbox define="P.R.EN" label="Target"/>
+ </header>
+ <checkbox define="A" svd="0" lockon="P.R.EN=1"/>
+ <checkbox define="B" svd="0" lockon="P.R.EN=0"/>
+ <checkbox define="C" svd="0" lockon="P.R.EN=1"/>
+ <checkbox define="INV" svd="0" lockinverted="1" lockon="SP=7"/>
+ <spinbox define="SP" svd="0" range="0;10" default="2"/>
+ <checkbox define="LBL" svd="0" lockon="SP.label=x"/>
+ <checkbox define="NOEQ" svd="0" lockon="P.R.EN"/>
+ <checkbox define="MISS" svd="0" lockon="X.Y=1"/>
+ <combo define="R1" svd="0"><item label="a" value="0"/><item label="b" value="1" lockon="R2=1"/></combo>
+ <combo define="R2" svd="0"><item label="a" value="0"/><item label="b" value="1" lockon="R3=1"/></combo>
+ <combo define="R3" svd="0"><item label="a" value="0"/><item label="b" value="1" lockon="R1=1"/></combo>
+ <combo define="L" svd="0"><item label="Slow" value="0"/><item label="Fast" value="0x10" lockon="M.label=On;;"/></combo>
+ <radio define="M" svd="0">
+  <radiobutton label="Off" value="0"/>
+  <radiobutton label="On" value="5"/>
+ </radio>
+ <togglebutton define="TG" svd="0" lockon="ED=locked text"/>
+ <edit define="ED" svd="0" default="free"/>
+</verticalcontainer>
+)";
+
+void TestLocks::initTestCase()
+{
+    QCoreApplication::setOrganizationName(QStringLiteral("Norvane Technologies"));
+    QVERIFY(m_dir.isValid());
+    QVERIFY(writeTextFile(m_dir.filePath(QStringLiteral("mini.svd")), kSvd));
+    const QByteArray text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<nvxmlcfg version=\"2.0.0\">\n"
+                            "\t<checksum>0000000000000000000000000000000000000000000000000000000000000000</checksum>\n"
+                            "<svd file=\"mini.svd\"/>\n"
+        + kForm + "\n</nvxmlcfg>\n";
+    m_path = m_dir.filePath(QStringLiteral("locks.xml"));
+    QVERIFY(writeTextFile(m_path, signedDescription(text)));
+}
+
+void TestLocks::init()
+{
+    StartOptions options;
+    options.quiet = true;
+    m_window = new MainWindow(options);
+    m_sink = new RecordingSink;
+    QVERIFY(m_window->open(m_path));
+    m_window->startUp(false);
+    m_openMessages = m_sink->console + m_sink->errors;
+    m_sink->clear();
+}
+
+void TestLocks::cleanup()
+{
+    delete m_sink;
+    m_sink = nullptr;
+    delete m_window;
+    m_window = nullptr;
+}
+
+void TestLocks::checkAfterLoad()
+{
+    const QStringList expected{
+        xmlError(QStringLiteral("LBL wants to lock label on spinbox: SP.<br>")),
+        xmlError(QStringLiteral("Found lockon without \"=\" at definition of: NOEQ<br>")),
+        xmlError(QStringLiteral("MISS wants to lock X.Y to 1.<br>")),
+        xmlError(QStringLiteral("Circular lock R1 --> R2 --> R3 --> R1.<br>")),
+    };
+    for (const QString &line : expected)
+        QVERIFY2(m_openMessages.count(line) == 1, qPrintable(line + QStringLiteral("\n") + m_openMessages.join('\n')));
+    QCOMPARE(m_openMessages.filter(QStringLiteral("XML Error")).size(), expected.size());
+    // The item strings were split at ";" with the empty parts dropped.
+    QCOMPARE(element<ComboBox>(QStringLiteral("L"))->property("locks").toMap().value(QStringLiteral("16")).toStringList(),
+             QStringList{QStringLiteral("M.label=On")});
+    QCOMPARE(engine().conflictCount(), 0);
+}
+
+void TestLocks::invertedLockHoldsFromTheStart()
+{
+    auto *sp = element<SpinBox>(QStringLiteral("SP"));
+    auto *inv = element<CheckBox>(QStringLiteral("INV"));
+    QCOMPARE(sp->value(0), QStringLiteral("7"));
+    QVERIFY(!sp->isEnabled());
+    QCOMPARE(lockPeers(sp->lockedBy), QStringList{QStringLiteral("INV")});
+    QVERIFY(sp->toolTip().contains(QStringLiteral("Locked by: INV")));
+    // Checking the inverted box releases the spin box to its default.
+    inv->click();
+    QCOMPARE(sp->value(0), QStringLiteral("2"));
+    QVERIFY(sp->isEnabled());
+    QVERIFY(!sp->locked);
+    inv->click();
+    QCOMPARE(sp->value(0), QStringLiteral("7"));
+}
+
+void TestLocks::twoSourcesConflictAndHandOver()
+{
+    auto *t = element<CheckBox>(QStringLiteral("P.R.EN"));
+    auto *a = element<CheckBox>(QStringLiteral("A"));
+    auto *b = element<CheckBox>(QStringLiteral("B"));
+    a->click();
+    QVERIFY(t->isChecked());
+    QVERIFY(!t->isEnabled());
+    QCOMPARE(m_window->conflictCount(), 0);
+    QVERIFY(m_sink->console.isEmpty());
+
+    b->click();
+    QVERIFY(t->isChecked());
+    QCOMPARE(m_window->conflictCount(), 1);
+    QCOMPARE(m_sink->console,
+             QStringList{QStringLiteral("<font color=\"red\"><b>Warning: </font></b> <a href=\"P.R.EN\">P.R.EN</a> is waiting "
+                                        "to be locked by <a href=\"B\">B</a> and is locked by <a href=\"A\">A</a> "
+                                        "(1 conflict in current project)<br>")});
+
+    // Header export is refused while the conflict stands.
+    m_sink->clear();
+    m_window->exportHeaderFiles(true);
+    QCOMPARE(m_sink->console.filter(QStringLiteral("Could not export headerfiles")),
+             QStringList{QStringLiteral("<font color=\"red\"><b>Warning: </font></b> Could not export headerfiles. "
+                                        "<a href=\"P.R.EN\">P.R.EN</a> is in a conflicted state!<br>")});
+    QVERIFY(!QFileInfo::exists(m_dir.filePath(QStringLiteral("locks.h"))));
+
+    // Releasing the holder hands the target to the waiting source.
+    m_sink->clear();
+    a->click();
+    QVERIFY(!t->isChecked());
+    QVERIFY(!t->isEnabled());
+    QCOMPARE(lockPeers(t->lockedBy), QStringList{QStringLiteral("B")});
+    QCOMPARE(m_window->conflictCount(), 0);
+    QCOMPARE(m_sink->console, QStringList{QStringLiteral("<font color=\"green\"><b>Conflict cleared:</font></b> P.R.EN  "
+                                                         "(0 conflicts remaining)<br>")});
+    b->click();
+    QVERIFY(t->isEnabled());
+    QVERIFY(!t->locked);
+}
+
+void TestLocks::sameValueSourcesHoldTogether()
+{
+    auto *t = element<CheckBox>(QStringLiteral("P.R.EN"));
+    auto *a = element<CheckBox>(QStringLiteral("A"));
+    auto *c = element<CheckBox>(QStringLiteral("C"));
+    a->click();
+    c->click();
+    QCOMPARE(lockPeers(t->lockedBy), (QStringList{QStringLiteral("A"), QStringLiteral("C")}));
+    a->click();
+    QVERIFY(t->isChecked());
+    QVERIFY(!t->isEnabled());
+    c->click();
+    QVERIFY(!t->isChecked());
+    QVERIFY(t->isEnabled());
+    QCOMPARE(m_window->conflictCount(), 0);
+    QVERIFY(m_sink->console.isEmpty());
+}
+
+void TestLocks::labelLockOnRadioGroup()
+{
+    auto *list = element<ComboBox>(QStringLiteral("L"));
+    auto *group = element<ButtonGroup>(QStringLiteral("M"));
+    QVERIFY(list->setValue(QStringLiteral("16"), 0));
+    QCOMPARE(group->value(1), QStringLiteral("On"));
+    QCOMPARE(group->lockedBy.first().kind, 1);
+    for (QAbstractButton *button : group->buttons())
+        QVERIFY(!button->isEnabled());
+    QVERIFY(list->setValue(QStringLiteral("0"), 0));
+    QCOMPARE(group->value(1), QStringLiteral("Off"));
+    QVERIFY(!group->locked);
+}
+
+void TestLocks::toggleLocksLineEdit()
+{
+    auto *toggle = element<ToggleButton>(QStringLiteral("TG"));
+    auto *edit = element<LineEdit>(QStringLiteral("ED"));
+    toggle->click();
+    QCOMPARE(edit->value(0), QStringLiteral("locked text"));
+    QVERIFY(!edit->isEnabled());
+    toggle->click();
+    QCOMPARE(edit->value(0), QStringLiteral("free"));
+    QVERIFY(edit->isEnabled());
+}
+
+void TestLocks::badLocksAtRunTime()
+{
+    element<CheckBox>(QStringLiteral("NOEQ"))->click();
+    QVERIFY(m_sink->console.isEmpty());
+    QVERIFY(m_sink->errors.isEmpty());
+    element<CheckBox>(QStringLiteral("MISS"))->click();
+    QCOMPARE(m_sink->errors, QStringList{QStringLiteral("XML ERROR!\nInvalid lock: \"X.Y=1\"")});
+    // The label lock on a spin box is refused by the spin box itself.
+    m_sink->clear();
+    auto *sp = element<SpinBox>(QStringLiteral("SP"));
+    element<CheckBox>(QStringLiteral("INV"))->click();
+    element<CheckBox>(QStringLiteral("LBL"))->click();
+    QCOMPARE(sp->value(0), QStringLiteral("2"));
+    QCOMPARE(m_window->conflictCount(), 0);
+}
+
+void TestLocks::ringOfListsAtRunTime()
+{
+    auto *r1 = element<ComboBox>(QStringLiteral("R1"));
+    auto *r2 = element<ComboBox>(QStringLiteral("R2"));
+    auto *r3 = element<ComboBox>(QStringLiteral("R3"));
+    QVERIFY(r1->setValue(QStringLiteral("1"), 0));
+    QCOMPARE(r2->value(0), QStringLiteral("1"));
+    QCOMPARE(r3->value(0), QStringLiteral("1"));
+    QVERIFY(r1->locked);
+    QCOMPARE(m_window->conflictCount(), 0);
+}
+
+void TestLocks::diagramAndClose()
+{
+    const LockGraph &graph = engine().graph();
+    QVERIFY(graph.blockIndex(QStringLiteral("R1")) >= 0);
+    QVERIFY(graph.blockIndex(QStringLiteral("P.R.EN")) >= 0);
+    LockDialog dialog(graph);
+    QVERIFY(dialog.block(QStringLiteral("A")));
+    QCOMPARE(dialog.connections().size(), graph.links.size());
+    // Quiet runs never open it.
+    m_window->showLocks();
+    QVERIFY(m_window->findChildren<LockDialog *>().isEmpty());
+
+    element<CheckBox>(QStringLiteral("A"))->click();
+    element<CheckBox>(QStringLiteral("B"))->click();
+    QCOMPARE(m_window->conflictCount(), 1);
+    // A new document starts without conflicts.
+    QVERIFY(m_window->open(m_path));
+    QCOMPARE(m_window->conflictCount(), 0);
+}
+
+QTEST_MAIN(TestLocks)
+#include "tst_locks.moc"
