@@ -38,6 +38,7 @@ private slots:
     void badLocksAtRunTime();
     void ringOfListsAtRunTime();
     void diagramAndClose();
+    void boardExampleFlowControl();
 
 private:
     template <class T>
@@ -289,6 +290,34 @@ void TestLocks::diagramAndClose()
     QCOMPARE(m_window->conflictCount(), 1);
     // A new document starts without conflicts.
     QVERIFY(m_window->open(m_path));
+    QCOMPARE(m_window->conflictCount(), 0);
+}
+
+void TestLocks::boardExampleFlowControl()
+{
+    const QString example = QuillonRun::sourceDir() + QStringLiteral("/examples/nrf52840/nrf52840_board.xml");
+    m_sink->clear();
+    QVERIFY(m_window->open(example));
+    m_window->startUp(false);
+    QVERIFY2(m_sink->console.filter(QStringLiteral("XML Error")).isEmpty(), qPrintable(m_sink->console.join('\n')));
+    QVERIFY2(m_sink->errors.isEmpty(), qPrintable(m_sink->errors.join('\n')));
+    auto *hwfc = element<CheckBox>(QStringLiteral("UARTE0.CONFIG.HWFC"));
+    auto *rts = element<ComboBox>(QStringLiteral("UARTE0.PSEL_RTS.CONNECT"));
+    auto *cts = element<ComboBox>(QStringLiteral("UARTE0.PSEL_CTS.CONNECT"));
+    QVERIFY(hwfc && rts && cts);
+    // Flow control off: both lines are held disconnected.
+    for (ComboBox *line : {rts, cts}) {
+        QCOMPARE(line->value(1), QStringLiteral("Disconnected"));
+        QVERIFY(!line->isEnabled());
+    }
+    hwfc->click();
+    for (ComboBox *line : {rts, cts}) {
+        QVERIFY(line->isEnabled());
+        QVERIFY(line->setValue(QStringLiteral("0"), 0));
+    }
+    // Off again: the lines are pinned whatever the user chose.
+    hwfc->click();
+    QCOMPARE(rts->value(1), QStringLiteral("Disconnected"));
     QCOMPARE(m_window->conflictCount(), 0);
 }
 
