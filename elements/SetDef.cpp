@@ -15,6 +15,7 @@
 #include "elements/Slider.h"
 #include "elements/SpinBox.h"
 #include "elements/ToggleButton.h"
+#include "model/LockEngine.h"
 
 #include <QAbstractButton>
 #include <QTabWidget>
@@ -185,7 +186,13 @@ void applyToElement(ActiveElement *element, int kind, const QString &text)
                 Report::invalidSetDef(text);
                 return;
             }
+            double value = 0, low = 0, high = 0;
+            // A spin box moved by its new range is reported (once per burst).
+            const bool known = (qobject_cast<SpinBox *>(widget) || qobject_cast<DoubleSpinBox *>(widget))
+                && LockEngine::rangeState(widget, &value, &low, &high);
             setBound(widget, kind, bound);
+            if (known)
+                LockEngine::noteRangeChange(widget, value, low, high);
             return;
         }
         element->setValue(text, kind);

@@ -434,7 +434,13 @@ void LockEngine::noteRangeChange(const QObject *element, double oldValue, double
 {
     double value = 0, minimum = 0, maximum = 0;
     LockEngine *engine = current();
-    if (!engine || !rangeState(element, &value, &minimum, &maximum) || value == oldValue)
+    if (!engine || !rangeState(element, &value, &minimum, &maximum))
+        return;
+    // A later bound of the same burst still belongs to the queued line.
+    bool queued = false;
+    for (const RangeChange &c : qAsConst(engine->m_rangeChanges))
+        queued = queued || c.element == element->objectName();
+    if (value == oldValue && !queued)
         return;
     engine->queueRangeChange(
         RangeChange{element->objectName(), setter, oldValue, value, oldMin, oldMax, minimum, maximum});

@@ -7,6 +7,7 @@
 #include "elements/ComboBox.h"
 #include "elements/DocumentTables.h"
 #include "elements/LineEdit.h"
+#include "elements/SetDef.h"
 #include "elements/SpinBox.h"
 #include "elements/ToggleButton.h"
 #include "model/LockEngine.h"
@@ -39,6 +40,7 @@ private slots:
     void ringOfListsAtRunTime();
     void diagramAndClose();
     void boardExampleFlowControl();
+    void rangeChangeBySetDef();
 
 private:
     template <class T>
@@ -319,6 +321,24 @@ void TestLocks::boardExampleFlowControl()
     hwfc->click();
     QCOMPARE(rts->value(1), QStringLiteral("Disconnected"));
     QCOMPARE(m_window->conflictCount(), 0);
+}
+
+void TestLocks::rangeChangeBySetDef()
+{
+    auto *sp = element<SpinBox>(QStringLiteral("SP"));
+    element<CheckBox>(QStringLiteral("INV"))->click();
+    QCOMPARE(sp->value(0), QStringLiteral("2"));
+    // Three bounds in one burst make one line, from the first old range to
+    // the last new one; the first moves nothing and is no news.
+    QVERIFY(SetDef::run(QStringLiteral("SP.max=20;SP.min=9;SP.max=12")));
+    QCOMPARE(sp->value(0), QStringLiteral("9"));
+    QVERIFY(m_sink->console.filter(QStringLiteral("darkorange")).isEmpty());
+    QTRY_COMPARE_WITH_TIMEOUT(m_sink->console.filter(QStringLiteral("darkorange")).size(), 1, 1000);
+    QCOMPARE(m_sink->console.filter(QStringLiteral("darkorange")).first(),
+             QStringLiteral("<font color=\"darkorange\"><a href = \"SP\">SP</a> was set from 2 to 9 because its range "
+                            "was changed from 0..20 to 9..12</font><br>"));
+    QTest::qWait(150);
+    QCOMPARE(m_sink->console.filter(QStringLiteral("darkorange")).size(), 1);
 }
 
 QTEST_MAIN(TestLocks)
