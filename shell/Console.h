@@ -39,6 +39,8 @@ public:
     bool mirrorOn() const { return m_mirrorOn; }
     void setDialogsOn(bool on) { m_dialogsOn = on; }
     void setEchoOn(bool on) { m_echoOn = on; }
+    // A console hidden on purpose does not pop up for messages.
+    void setHiddenByUser(bool hidden) { m_hiddenByUser = hidden; }
 
     QDockWidget *dock() const { return m_dock; }
     QTabWidget *tabs() const { return m_tabs; }

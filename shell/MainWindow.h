@@ -1,8 +1,8 @@
 #pragma once
 #include <QMainWindow>
+#include <QMap>
 #include <QPointer>
 #include <QString>
-#include <memory>
 
 #include "config/ConfigurationReader.h"
 #include "shell/IniSettings.h"
@@ -10,7 +10,8 @@
 #include "shell/StartOptions.h"
 
 class ActionTable;
-class MathCascade;
+class ScriptInterpreter;
+class WindowScriptHost;
 class ElementBlinker;
 class ActiveElement;
 class Console;
@@ -111,16 +112,6 @@ public slots:
     void exportHeaderFiles(bool writeAll);
     void signFile();
 
-public slots:
-    // The commands of the elements' actions (resetGUI is above).
-    void setDef(const QString &text);
-    void loadFile(const QString &name);
-    // fixFolder: make the current document's folder the working folder
-    // before the name is resolved against it.
-    void loadFile(const QString &name, bool fixFolder);
-    void startProgram(const QString &command);
-    void runScript(const QString &text);
-
 public:
     // What reading a configuration needs from the window.
     bool openDescription(const QString &path) override;
@@ -134,29 +125,20 @@ public:
     // Folder the headers go to; by default that of the configuration.
     void setExportFolder(const QString &folder) { m_exportFolder = folder; }
 
+    // Scripts.
+    ScriptInterpreter &scriptInterpreter() { return *m_scripts; }
+    // The current configuration name (SETFILENAME): title and working folder.
+    void setConfigurationPath(const QString &path);
+    // Prefix written before the names of one header's registers.
+    void setDefinePrefix(const QString &header, const QString &prefix) { m_definePrefixes.insert(header, prefix); }
+    // Full screen for scripts: menus and tool bars go away with it.
+    void setScriptFullScreen(bool on);
+
 public slots:
-    // Refreshes of the displays that follow the sender's define: math labels
-    // (and the labels that read them in turn), LEDs, embedded SVG pictures
-    // and logs.
-    void on_updateMathLabel();
-    void on_updateLED();
-    void on_updateSvgImage();
-    void on_updateLog();
-
-public:
-    MathCascade &mathCascade();
-
-    // Locks between elements and the conflicts they cause; the work is
-    // the document's LockEngine.
-public slots:
-    void on_sendLock(const QString &lock);
-    void on_sendUnlock(const QString &lock);
-    void showLocks();
-
-public:
-    // Waiting lock sources plus labels out of range; header export refuses
-    // while it is not 0.
-    int conflictCount() const;
+    void runBatchfile();
+    void runBatchfile(const QString &fileName);
+    // One script line, as actions and the Python bridge run them.
+    bool execScriptLine(const QString &line, unsigned lineNumber);
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -173,7 +155,6 @@ private:
     void storePreferences();
     void applyCommandLineDefines();
     void stopWorkers();
-    void connectConflictSources();
     void reportLeftovers(const QStringList &unresolved, const QStringList &unseen);
     QString disclaimerPath();
 
@@ -191,9 +172,11 @@ private:
     QString m_lastDocument;
     QString m_configurationPath;
     QString m_exportFolder;
+    QMap<QString, QString> m_definePrefixes;
+    WindowScriptHost *m_scriptHost = nullptr;
+    ScriptInterpreter *m_scripts = nullptr;
     int m_closeMode = 0;
     bool m_exitRequested = false;
     int m_exitCode = 0;
     bool m_homePage = false;
-    std::unique_ptr<MathCascade> m_mathCascade;
 };

@@ -1,0 +1,44 @@
+#pragma once
+#include "automation/ScriptHost.h"
+
+class MainWindow;
+
+// The window as scripts see it: forwards each script operation to the
+// window and its document.
+class WindowScriptHost : public ScriptHost
+{
+public:
+    explicit WindowScriptHost(MainWindow &window) : m_window(window) {}
+
+    DocumentTables &tables() override;
+    bool quiet() const override;
+    QWidget *hostWindow() override;
+    void setOutputOptions(bool dialogs, bool echo, const QString &mirrorFile, bool changeMirror) override;
+    void clearConsole() override;
+    void showConsole(bool shown) override;
+    bool loadConfiguration(const QString &path) override;
+    bool saveConfiguration(const QString &path, bool sorted) override;
+    QString configurationPath() const override;
+    void setConfigurationPath(const QString &path) override;
+    void exportHeaders() override;
+    void setDefinePrefix(const QString &header, const QString &prefix) override;
+    bool signDescription(const QString &path) override;
+    void resetForm() override;
+    void applySetDef(const QString &text) override;
+    void logSetDefs(bool on) override;
+    QString workingDir() const override;
+    void setWorkingDir(const QString &dir) override;
+    void setScriptsDir(const QString &dir) override;
+    QString scriptsDir() const override;
+    QString descriptionPath() const override;
+    QString svdPath() const override;
+    QString migrationPath() const override;
+    void raiseElement(QWidget *widget) override;
+    void setFullScreen(bool on) override;
+    bool isFullScreenMode() const override;
+    void exitWithCode(int closeMode, int exitCode) override;
+    bool exitRequested() const override;
+
+private:
+    MainWindow &m_window;
+};
