@@ -2,7 +2,10 @@
 
 #include "elements/ActiveElement.h"
 #include "elements/DataClass.h"
+#include "elements/SetDef.h"
 #include "elements/DefineAssignment.h"
+#include "elements/DisplayRefresh.h"
+#include "model/MathCascade.h"
 #include "elements/Reports.h"
 #include "reader/DescriptionReader.h"
 #include "config/Checksum.h"
@@ -20,6 +23,9 @@
 #include "shell/FindDialog.h"
 #include "shell/Document.h"
 #include "shell/SettingsDialog.h"
+#include "elements/MathLabel.h"
+#include "model/LockEngine.h"
+#include "views/LockDialog.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -38,6 +44,10 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QProcess>
+#include <QProgressDialog>
+#include <QThread>
+#include <QTimer>
 #include <QStatusBar>
 #include <QToolBar>
 #include <QToolButton>
@@ -95,6 +105,7 @@ MainWindow::MainWindow(const StartOptions &options, QWidget *parent)
     m_scripts = new ScriptInterpreter(*m_scriptHost, this);
     m_scripts->setOutputFileName(options.outputLogFile);
     m_document = new Document(this, this);
+    connectConflictSources();
     m_document->tables().onModified = [this] { setWindowModified(true); };
     m_scroll = new QScrollArea(this);
     m_scroll->setWidgetResizable(true);
@@ -169,6 +180,35 @@ MainWindow::~MainWindow()
     delete m_scriptHost;
     if (g_mainWindow == this)
         g_mainWindow = nullptr;
+}
+
+// Display refreshes: the work is the cascade's and DisplayRefresh's.
+
+MathCascade &MainWindow::mathCascade()
+{
+    if (!m_mathCascade)
+        m_mathCascade.reset(new MathCascade(nullptr));
+    return *m_mathCascade;
+}
+
+void MainWindow::on_updateMathLabel()
+{
+    mathCascade().update(sender());
+}
+
+void MainWindow::on_updateLED()
+{
+    DisplayRefresh::leds(&m_document->tables(), DisplayRefresh::senderDefine(sender()));
+}
+
+void MainWindow::on_updateSvgImage()
+{
+    DisplayRefresh::svgImages(&m_document->tables(), DisplayRefresh::senderDefine(sender()));
+}
+
+void MainWindow::on_updateLog()
+{
+    DisplayRefresh::logs(&m_document->tables(), DisplayRefresh::senderDefine(sender()));
 }
 
 ActiveElement *MainWindow::element(const QString &name)
@@ -671,6 +711,148 @@ void MainWindow::showElement(ActiveElement *element)
     m_blinker->start(widget, row);
 }
 
+// Commands of the elements' actions.
+
+void MainWindow::setDef(const QString &text)
+{
+    SetDef::run(text, &m_document->tables());
+}
+
+void MainWindow::loadFile(const QString &name)
+{
+    loadFile(name, true);
+}
+
+void MainWindow::loadFile(const QString &name, bool fixFolder)
+{
+    const QString folder = m_lastDocument.isEmpty() ? QDir::currentPath() : QFileInfo(m_lastDocument).absolutePath();
+    if (fixFolder)
+        QDir::setCurrent(folder);
+    const QString path = QFileInfo(name).isAbsolute() ? name : QDir(folder).filePath(name);
+
+    if (path.endsWith(QLatin1String(".qlnp"), Qt::CaseInsensitive)) {
+        load(path);
+        return;
+    }
+    if (path.endsWith(QLatin1String(".script"), Qt::CaseInsensitive)) {
+        if (!QMetaObject::invokeMethod(this, "runBatchfile", Q_ARG(QString, path)))
+            consolePrint(QStringLiteral("<font color=\"red\"><b>Script Error: </b></font>This build has no script interpreter to run %1<br>")
+                             .arg(path.toHtmlEscaped()));
+        return;
+    }
+    auto openDocument = [this, path]() {
+        if (!open(path)) {
+            newProject();
+            return;
+        }
+        startUp(false);
+        m_document->refreshDisplays();
+    };
+    // An element's action must not delete the element while it still runs
+    // its actions: the new document comes once the event loop is back.
+    if (sender())
+        QTimer::singleShot(0, this, openDocument);
+    else
+        openDocument();
+}
+
+void MainWindow::startProgram(const QString &command)
+{
+    QStringList words = command.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    if (words.isEmpty())
+        return;
+    const QString program = words.takeFirst();
+    QProcess process;
+    process.start(program, words);
+
+    QProgressDialog *progress = nullptr;
+    if (!quiet() && !Dialogs::quiet()) {
+        progress = new QProgressDialog(tr("Executing command..."), tr("Abort"), 0, 500 / 3, this);
+        progress->setCancelButton(nullptr);
+        progress->setWindowModality(Qt::WindowModal);
+        progress->setMinimumDuration(0);
+        progress->show();
+    }
+    setEnabled(false);
+    int counter = 0;
+    while (process.state() != QProcess::NotRunning) {
+        QCoreApplication::processEvents();
+        QThread::msleep(100);
+        counter = (counter + 1) % 500;
+        if (progress)
+            progress->setValue(counter / 3);
+        process.waitForFinished(0);
+    }
+    setEnabled(true);
+    delete progress;
+
+    QString output = QString::fromLocal8Bit(process.readAllStandardOutput());
+    output.replace(QLatin1String("\r\n"), QLatin1String("<br>"));
+    output.replace(QLatin1Char('\n'), QLatin1String("<br>"));
+    if (!output.isEmpty())
+        consolePrint(output);
+}
+
+void MainWindow::runScript(const QString &text)
+{
+    if (text.startsWith(QLatin1String("python:"))) {
+        // Only with the Python bridge; without it the text has no reader.
+        QMetaObject::invokeMethod(this, "runPython", Q_ARG(QString, text.mid(7)));
+        return;
+    }
+    const QStringList lines = text.split(QLatin1Char(';'));
+    for (int i = 0; i < lines.size(); ++i) {
+        bool goOn = false;
+        if (!QMetaObject::invokeMethod(this, "execScriptLine", Q_RETURN_ARG(bool, goOn),
+                                       Q_ARG(QString, lines.at(i)), Q_ARG(unsigned, unsigned(i)))) {
+            consolePrint(QStringLiteral("<font color=\"red\"><b>Script Error: </b></font>This build has no script interpreter to run \"%1\"<br>")
+                             .arg(lines.at(i).toHtmlEscaped()));
+            return;
+        }
+        if (!goOn)
+            return;
+    }
+}
+
+// Locks: forwarded to the document's engine with the element that sent them.
+
+void MainWindow::on_sendLock(const QString &lock)
+{
+    m_document->locks().lock(sender(), lock);
+}
+
+void MainWindow::on_sendUnlock(const QString &lock)
+{
+    m_document->locks().unlock(sender(), lock);
+}
+
+void MainWindow::showLocks()
+{
+    if (Dialogs::quiet())
+        return;
+    auto *dialog = new LockDialog(m_document->locks().graph(), this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->show();
+}
+
+int MainWindow::conflictCount() const
+{
+    return m_document->locks().conflictCount();
+}
+
+void MainWindow::connectConflictSources()
+{
+    // The math cascade keeps its labels out of range itself; both kinds of
+    // conflict count in each other's messages.
+    m_document->locks().setOverflowSource([this] {
+        QStringList names;
+        for (const QObject *label : mathCascade().overflowLabels())
+            names << label->objectName();
+        return names;
+    });
+    mathCascade().conflictCount = [this] { return conflictCount(); };
+}
+
 bool MainWindow::maybeSave()
 {
     if (!isWindowModified() || !m_document->state().loadSaveAllowed)
@@ -907,7 +1089,8 @@ void MainWindow::exportHeaderFiles(bool writeAll)
     options.versionText = m_document->state().versionText;
     options.definePrefixes = m_definePrefixes;
     HeaderExporter exporter(m_document->model(), options);
-    exporter.exportHeaders(writeAll, m_document->tables().changedHeaders, {});
+    exporter.exportHeaders(writeAll, m_document->tables().changedHeaders,
+                           m_document->locks().conflictedElements());
 }
 
 void MainWindow::signFile()

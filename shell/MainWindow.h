@@ -3,6 +3,7 @@
 #include <QMap>
 #include <QPointer>
 #include <QString>
+#include <memory>
 
 #include "config/ConfigurationReader.h"
 #include "shell/IniSettings.h"
@@ -12,6 +13,7 @@
 class ActionTable;
 class ScriptInterpreter;
 class WindowScriptHost;
+class MathCascade;
 class ElementBlinker;
 class ActiveElement;
 class Console;
@@ -112,6 +114,16 @@ public slots:
     void exportHeaderFiles(bool writeAll);
     void signFile();
 
+public slots:
+    // The commands of the elements' actions (resetGUI is above).
+    void setDef(const QString &text);
+    void loadFile(const QString &name);
+    // fixFolder: make the current document's folder the working folder
+    // before the name is resolved against it.
+    void loadFile(const QString &name, bool fixFolder);
+    void startProgram(const QString &command);
+    void runScript(const QString &text);
+
 public:
     // What reading a configuration needs from the window.
     bool openDescription(const QString &path) override;
@@ -140,6 +152,30 @@ public slots:
     // One script line, as actions and the Python bridge run them.
     bool execScriptLine(const QString &line, unsigned lineNumber);
 
+public slots:
+    // Refreshes of the displays that follow the sender's define: math labels
+    // (and the labels that read them in turn), LEDs, embedded SVG pictures
+    // and logs.
+    void on_updateMathLabel();
+    void on_updateLED();
+    void on_updateSvgImage();
+    void on_updateLog();
+
+public:
+    MathCascade &mathCascade();
+
+    // Locks between elements and the conflicts they cause; the work is
+    // the document's LockEngine.
+public slots:
+    void on_sendLock(const QString &lock);
+    void on_sendUnlock(const QString &lock);
+    void showLocks();
+
+public:
+    // Waiting lock sources plus labels out of range; header export refuses
+    // while it is not 0.
+    int conflictCount() const;
+
 protected:
     void closeEvent(QCloseEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
@@ -155,6 +191,7 @@ private:
     void storePreferences();
     void applyCommandLineDefines();
     void stopWorkers();
+    void connectConflictSources();
     void reportLeftovers(const QStringList &unresolved, const QStringList &unseen);
     QString disclaimerPath();
 
@@ -179,4 +216,5 @@ private:
     bool m_exitRequested = false;
     int m_exitCode = 0;
     bool m_homePage = false;
+    std::unique_ptr<MathCascade> m_mathCascade;
 };
