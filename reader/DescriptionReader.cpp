@@ -300,8 +300,10 @@ bool DescriptionReader::readFileElement(const QString &kind)
         if (!existsInFolder(file))
             xmlMessage(QStringLiteral("Migration file is missing."), QString(), true);
     } else if (kind == QLatin1String("disclaimer")) {
-        if (existsInFolder(file))
+        if (existsInFolder(file)) {
             m_state.disclaimerName = file;
+            m_state.disclaimerSet = true;
+        }
         else
             xmlMessage(QStringLiteral("Disclaimer file is missing."), QString(), true);
     }

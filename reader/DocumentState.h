@@ -13,6 +13,8 @@ struct DocumentState
     QString elfFile;
     QString migrationFile;
     QString disclaimerName = QStringLiteral("disclaimer.txt");
+    // The description named a disclaimer of its own (in its folder).
+    bool disclaimerSet = false;
     QString documentsFolder = QStringLiteral("Documentation");
     // The root's `version` attribute: the program version the description
     // needs, recorded in configuration files as XmlVersion.

@@ -1059,7 +1059,7 @@ void MainWindow::reportLeftovers(const QStringList &unresolved, const QStringLis
 QString MainWindow::disclaimerPath()
 {
     const DocumentState &state = m_document->state();
-    const bool own = state.disclaimerName != QLatin1String("disclaimer.txt");
+    const bool own = state.disclaimerSet;
     QString path = own ? QDir(m_document->folder()).filePath(state.disclaimerName)
                        : QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("disclaimer.txt"));
     if (!QFileInfo::exists(path)) {

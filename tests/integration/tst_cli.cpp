@@ -21,6 +21,7 @@ private slots:
     void usageInQuietMode();
     void relativeNamesFromTheCallersFolder();
     void mirrorThatCannotBeWritten();
+    void exampleHeadersCompile();
 
 private:
     QString mirrorOf(const QStringList &extraArgs, const QString &file, int *exitCode = nullptr);
@@ -150,6 +151,52 @@ void TestCli::mirrorThatCannotBeWritten()
                                             QStringLiteral("-c/nonexistent-dir/x/mirror.log")}, 30000);
     QVERIFY(run.finished);
     QCOMPARE(run.exitCode, 0);
+}
+
+void TestCli::exampleHeadersCompile()
+{
+    if (QStandardPaths::findExecutable(QStringLiteral("gcc")).isEmpty())
+        QSKIP("gcc is not installed");
+    // A copy of the example, so the saved configuration and headers go to a
+    // folder of the test's own.
+    const QString source = QuillonRun::sourceDir() + QStringLiteral("/examples/nrf52840");
+    const QString work = m_dir.filePath(QStringLiteral("board"));
+    QDir().mkpath(work);
+    for (const QString &name : QDir(source).entryList(QDir::Files))
+        QVERIFY(QFile::copy(QDir(source).filePath(name), QDir(work).filePath(name)));
+    const QString description = QDir(work).filePath(QStringLiteral("nrf52840_board.xml"));
+    int code = -1;
+    const QString mirror = mirrorOf({QStringLiteral("-q"), QStringLiteral("-s")}, description, &code);
+    QCOMPARE(code, 0);
+    QVERIFY2(mirror.contains(QLatin1String("Saved project: </font></b>") + QDir(work).filePath(QStringLiteral("nrf52840_board.qlnp"))),
+             qPrintable(mirror));
+    const QStringList headers = QDir(work).entryList({QStringLiteral("*.h")});
+    QVERIFY2(headers.size() == 4, qPrintable(mirror + QDir(work).entryList().join(' ')));
+    QCOMPARE(headers, (QStringList{"clock_config.h", "gpio_config.h", "timer_config.h", "uart_config.h"}));
+
+    QByteArray c;
+    for (const QString &h : headers)
+        c += "#include \"" + h.toUtf8() + "\"\n";
+    // Defaults of the description: 115200 baud, TXD on P0.6, LFCLK from the
+    // crystal, LED pin an output with its input buffer disconnected.
+    c += "_Static_assert(UARTE0_BAUDRATE == 0x01D60000, \"baud\");\n"
+         "_Static_assert((UARTE0_PSEL_TXD & 0x1F) == 6, \"txd\");\n"
+         "_Static_assert((CLOCK_LFCLKSRC & 3) == 1, \"lfclk\");\n"
+         "_Static_assert((P0_PIN_CNF13 & 3) == 3, \"led pin\");\n"
+         "int main(void) { return 0; }\n";
+    QVERIFY(writeTextFile(QDir(work).filePath(QStringLiteral("main.c")), c));
+    QProcess gcc;
+    gcc.setWorkingDirectory(work);
+    gcc.start(QStringLiteral("gcc"), {QStringLiteral("-fsyntax-only"), QStringLiteral("-Wall"), QStringLiteral("-Werror"),
+                                      QStringLiteral("main.c")});
+    QVERIFY(gcc.waitForFinished(60000));
+    QVERIFY2(gcc.exitCode() == 0, gcc.readAllStandardError().constData());
+
+    // The same form again gives byte-identical headers.
+    const QString uart = readTextFile(QDir(work).filePath(QStringLiteral("uart_config.h")));
+    QFile::remove(QDir(work).filePath(QStringLiteral("uart_config.h")));
+    QCOMPARE(mirrorOf({QStringLiteral("-q"), QStringLiteral("-g")}, description, &code).isEmpty(), false);
+    QCOMPARE(readTextFile(QDir(work).filePath(QStringLiteral("uart_config.h"))), uart);
 }
 
 QTEST_GUILESS_MAIN(TestCli)
