@@ -43,6 +43,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QScrollArea>
 #include <QProcess>
 #include <QProgressDialog>
@@ -912,8 +913,13 @@ void MainWindow::closeEvent(QCloseEvent *event)
 
 void MainWindow::showAsStored()
 {
-    if (m_preferences.geometry.isEmpty() || !restoreGeometry(m_preferences.geometry))
+    if (m_preferences.geometry.isEmpty() || !restoreGeometry(m_preferences.geometry)) {
+        // Without a window manager "maximized" means nothing: take the
+        // screen's size first.
+        if (QScreen *screen = QGuiApplication::primaryScreen())
+            setGeometry(screen->availableGeometry());
         showMaximized();
+    }
     else
         show();
 }

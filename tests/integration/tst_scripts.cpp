@@ -19,6 +19,7 @@ private slots:
     void badScripts_data();
     void badScripts();
     void outputLogFolderMissing();
+    void exampleRegressionScript();
 
 private:
     QuillonRun runScript(const QByteArray &script, QString *mirror = nullptr, QString *output = nullptr,
@@ -159,6 +160,23 @@ void TestScripts::outputLogFolderMissing()
     QCOMPARE(run.exitCode, 0);
     QVERIFY2(mirror.contains(QLatin1String("Cannot open file /nonexistent-folder/out.log:")), qPrintable(mirror));
     QVERIFY(!mirror.contains(QLatin1String("Assert(")));
+}
+
+void TestScripts::exampleRegressionScript()
+{
+    const QString script = QuillonRun::sourceDir() + QStringLiteral("/tests/scripts/nrf52840_regression.script");
+    const QString example = QuillonRun::buildDir() + QStringLiteral("/examples/nrf52840/nrf52840_board.xml");
+    const QString out = m_dir.filePath(QStringLiteral("regression.log"));
+    const QString mirror = m_dir.filePath(QStringLiteral("regression-console.log"));
+    const QuillonRun run = QuillonRun::run({QStringLiteral("-q"), QStringLiteral("-b") + script, QStringLiteral("-o") + out,
+                                            QStringLiteral("-c") + mirror, example},
+                                           60000);
+    QVERIFY(run.finished);
+    const QString log = readTextFile(out);
+    QCOMPARE(run.exitCode, 0);
+    QVERIFY2(!log.contains(QLatin1String("FAILED")), qPrintable(log));
+    QCOMPARE(log.count(QStringLiteral(") OK\n")), 7);
+    QVERIFY(readTextFile(mirror).contains(QLatin1String("Unknown define: nothing.here")));
 }
 
 QTEST_GUILESS_MAIN(TestScripts)
