@@ -1,3 +1,4 @@
+#include "elements/ElementCommon.h"
 #include "elements/CheckBox.h"
 
 #include "elements/ActionRunner.h"
@@ -129,12 +130,7 @@ void CheckBox::connectSignals()
         emit toggled(false);
     connect(this, SIGNAL(clicked(bool)), this, SLOT(valueChangedByUser(bool)), Qt::UniqueConnection);
     connect(this, SIGNAL(stateChanged(int)), this, SLOT(valueChanged(int)), Qt::UniqueConnection);
-    DocumentTables *tables = DocumentTables::current();
-    if (tables && tables->mathDependents.contains(define()))
-        emit updateMathLabels();
-    updateToolTip();
-    if (!property("confirmation").toString().isEmpty())
-        QInputEventRecorder::install(this);
+    ElementCommon::finishConnect(this);
 }
 
 void CheckBox::emitLocks()
@@ -193,10 +189,7 @@ void CheckBox::sendData(bool checked)
 void CheckBox::valueChanged(int state)
 {
     sendData(state != Qt::Unchecked);
-    if (DocumentTables *tables = DocumentTables::current())
-        tables->markHeaderChanged(this);
-    updateToolTip();
-    emit updateMathLabels();
+    ElementCommon::afterChange(this);
 }
 
 void CheckBox::valueChangedByUser(bool checked)

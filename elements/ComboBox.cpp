@@ -1,3 +1,4 @@
+#include "elements/ElementCommon.h"
 #include "elements/ComboBox.h"
 
 #include "elements/ActionRunner.h"
@@ -248,12 +249,7 @@ void ComboBox::connectSignals()
         consolePrint(QStringLiteral("<font color=\"orange\"> <b>XML Warning: </font>Combobox <a href=\"%1\">%2</a> has duplicate texts.</b><br>")
                          .arg(target, define()));
 
-    DocumentTables *tables = DocumentTables::current();
-    if (tables && tables->mathDependents.contains(define()))
-        emit updateMathLabels();
-    updateToolTip();
-    if (!property("confirmation").toString().isEmpty())
-        QInputEventRecorder::install(this);
+    ElementCommon::finishConnect(this);
 }
 
 void ComboBox::emitLockList(int index, bool lock)
@@ -312,10 +308,7 @@ void ComboBox::valueChanged(int index)
 {
     sendData(index);
     m_currentIndex = index;
-    if (DocumentTables *tables = DocumentTables::current())
-        tables->markHeaderChanged(this);
-    updateToolTip();
-    emit updateMathLabels();
+    ElementCommon::afterChange(this);
 }
 
 void ComboBox::valueChangedByUser(int index)

@@ -1,3 +1,4 @@
+#include "elements/ElementCommon.h"
 #include "elements/DoubleSpinBox.h"
 
 #include "elements/ActionRunner.h"
@@ -100,12 +101,7 @@ void DoubleSpinBox::connectSignals()
 {
     connect(this, SIGNAL(valueChanged(double)), this, SLOT(valueChangedByUser(double)), Qt::UniqueConnection);
     connect(this, SIGNAL(valueChanged(double)), this, SLOT(valueChanged(double)), Qt::UniqueConnection);
-    DocumentTables *tables = DocumentTables::current();
-    if (tables && tables->mathDependents.contains(define()))
-        emit updateMathLabels();
-    updateToolTip();
-    if (!property("confirmation").toString().isEmpty())
-        QInputEventRecorder::install(this);
+    ElementCommon::finishConnect(this);
 }
 
 void DoubleSpinBox::setElementEnabled(bool enabled)
@@ -137,19 +133,13 @@ void DoubleSpinBox::updateToolTip()
 void DoubleSpinBox::sendData(double value)
 {
     Q_UNUSED(value);
-    if (!isEnabled())
-        return;
-    ActionRunner::run(this, QStringLiteral("0"), QStringLiteral("changed"));
-    ActionRunner::emitEach(this, "changed_setDef", property("default_setdef").toStringList());
+    ElementCommon::runChangedActions(this);
 }
 
 void DoubleSpinBox::valueChanged(double value)
 {
     sendData(value);
-    if (DocumentTables *tables = DocumentTables::current())
-        tables->markHeaderChanged(this);
-    updateToolTip();
-    emit updateMathLabels();
+    ElementCommon::afterChange(this);
 }
 
 void DoubleSpinBox::valueChangedByUser(double value)

@@ -1,3 +1,4 @@
+#include "elements/ElementCommon.h"
 #include "elements/Knob.h"
 
 #include "elements/ActionRunner.h"
@@ -133,12 +134,7 @@ void Knob::connectSignals()
 {
     connect(this, SIGNAL(valueChanged(double)), this, SLOT(valueChangedByUser(double)), Qt::UniqueConnection);
     connect(this, SIGNAL(valueChanged(double)), this, SLOT(valueChanged(double)), Qt::UniqueConnection);
-    DocumentTables *tables = DocumentTables::current();
-    if (tables && tables->mathDependents.contains(define()))
-        emit updateMathLabels();
-    updateToolTip();
-    if (!property("confirmation").toString().isEmpty())
-        QInputEventRecorder::install(this);
+    ElementCommon::finishConnect(this);
 }
 
 void Knob::setElementEnabled(bool enabled)
@@ -175,19 +171,13 @@ void Knob::updateToolTip()
 void Knob::sendData(double value)
 {
     Q_UNUSED(value);
-    if (!isEnabled())
-        return;
-    ActionRunner::run(this, QStringLiteral("0"), QStringLiteral("changed"));
-    ActionRunner::emitEach(this, "changed_setDef", property("default_setdef").toStringList());
+    ElementCommon::runChangedActions(this);
 }
 
 void Knob::valueChanged(double value)
 {
     sendData(value);
-    if (DocumentTables *tables = DocumentTables::current())
-        tables->markHeaderChanged(this);
-    updateToolTip();
-    emit updateMathLabels();
+    ElementCommon::afterChange(this);
 }
 
 void Knob::valueChangedByUser(double value)

@@ -1,3 +1,4 @@
+#include "elements/ElementCommon.h"
 #include "elements/LineEdit.h"
 
 #include "elements/ActionRunner.h"
@@ -85,12 +86,7 @@ void LineEdit::connectSignals()
 {
     connect(this, SIGNAL(textEdited(QString)), this, SLOT(valueChangedByUser(QString)), Qt::UniqueConnection);
     connect(this, SIGNAL(textChanged(QString)), this, SLOT(valueChanged(QString)), Qt::UniqueConnection);
-    DocumentTables *tables = DocumentTables::current();
-    if (tables && tables->mathDependents.contains(define()))
-        emit updateMathLabels();
-    updateToolTip();
-    if (!property("confirmation").toString().isEmpty())
-        QInputEventRecorder::install(this);
+    ElementCommon::finishConnect(this);
 }
 
 void LineEdit::setElementEnabled(bool enabled)
@@ -122,19 +118,13 @@ void LineEdit::updateToolTip()
 void LineEdit::sendData(const QString &text)
 {
     Q_UNUSED(text);
-    if (!isEnabled())
-        return;
-    ActionRunner::run(this, QStringLiteral("0"), QStringLiteral("changed"));
-    ActionRunner::emitEach(this, "changed_setDef", property("default_setdef").toStringList());
+    ElementCommon::runChangedActions(this);
 }
 
 void LineEdit::valueChanged(const QString &text)
 {
     sendData(text);
-    if (DocumentTables *tables = DocumentTables::current())
-        tables->markHeaderChanged(this);
-    updateToolTip();
-    emit updateMathLabels();
+    ElementCommon::afterChange(this);
 }
 
 void LineEdit::valueChangedByUser(const QString &text)

@@ -1,3 +1,4 @@
+#include "elements/ElementCommon.h"
 #include "elements/Slider.h"
 #include "elements/SpinBox.h"
 
@@ -58,15 +59,8 @@ QString Slider::value(int kind, bool flag)
     switch (kind) {
     case Selectors::Value:
         return QString::number(QSlider::value());
-    case Selectors::DefineValue: {
-        quint32 v = quint32(QSlider::value());
-        const int lsb = property("lsb").isValid() ? property("lsb").toInt() : -1;
-        if (lsb > 0 && lsb < 32)
-            v <<= lsb;
-        else if (lsb >= 32)
-            v = 0;
-        return QString::number(v);
-    }
+    case Selectors::DefineValue:
+        return ElementCommon::shiftedValue(this, quint32(QSlider::value()));
     case Selectors::TypeInfo:
         return typeInfo();
     default:
@@ -104,12 +98,7 @@ void Slider::connectSignals()
 {
     connect(this, SIGNAL(valueChanged(int)), this, SLOT(valueChangedByUser(int)), Qt::UniqueConnection);
     connect(this, SIGNAL(valueChanged(int)), this, SLOT(valueChanged(int)), Qt::UniqueConnection);
-    DocumentTables *tables = DocumentTables::current();
-    if (tables && tables->mathDependents.contains(define()))
-        emit updateMathLabels();
-    updateToolTip();
-    if (!property("confirmation").toString().isEmpty())
-        QInputEventRecorder::install(this);
+    ElementCommon::finishConnect(this);
 }
 
 void Slider::setElementEnabled(bool enabled)
@@ -146,19 +135,13 @@ void Slider::updateToolTip()
 void Slider::sendData(int value)
 {
     Q_UNUSED(value);
-    if (!isEnabled())
-        return;
-    ActionRunner::run(this, QStringLiteral("0"), QStringLiteral("changed"));
-    ActionRunner::emitEach(this, "changed_setDef", property("default_setdef").toStringList());
+    ElementCommon::runChangedActions(this);
 }
 
 void Slider::valueChanged(int value)
 {
     sendData(value);
-    if (DocumentTables *tables = DocumentTables::current())
-        tables->markHeaderChanged(this);
-    updateToolTip();
-    emit updateMathLabels();
+    ElementCommon::afterChange(this);
 }
 
 void Slider::valueChangedByUser(int value)

@@ -1,3 +1,4 @@
+#include "elements/ElementCommon.h"
 #include "elements/TextEdit.h"
 
 #include "elements/ActionRunner.h"
@@ -69,12 +70,7 @@ void TextEdit::connectSignals()
 {
     m_handled = toPlainText();
     connect(this, SIGNAL(textChanged()), this, SLOT(valueChangedByUser()), Qt::UniqueConnection);
-    DocumentTables *tables = DocumentTables::current();
-    if (tables && tables->mathDependents.contains(define()))
-        emit updateMathLabels();
-    updateToolTip();
-    if (!property("confirmation").toString().isEmpty())
-        QInputEventRecorder::install(this);
+    ElementCommon::finishConnect(this);
 }
 
 void TextEdit::setElementEnabled(bool enabled)
@@ -106,20 +102,14 @@ void TextEdit::updateToolTip()
 void TextEdit::sendData(const QString &text)
 {
     Q_UNUSED(text);
-    if (!isEnabled())
-        return;
-    ActionRunner::run(this, QStringLiteral("0"), QStringLiteral("changed"));
-    ActionRunner::emitEach(this, "changed_setDef", property("default_setdef").toStringList());
+    ElementCommon::runChangedActions(this);
 }
 
 void TextEdit::valueChanged(const QString &text)
 {
     m_handled = text;
     sendData(text);
-    if (DocumentTables *tables = DocumentTables::current())
-        tables->markHeaderChanged(this);
-    updateToolTip();
-    emit updateMathLabels();
+    ElementCommon::afterChange(this);
 }
 
 void TextEdit::valueChangedByUser()

@@ -1,3 +1,4 @@
+#include "elements/ElementCommon.h"
 #include "elements/ToggleButton.h"
 
 #include "elements/ActionRunner.h"
@@ -156,12 +157,7 @@ void ToggleButton::connectSignals()
         emit toggled(false);
     connect(this, SIGNAL(clicked(bool)), this, SLOT(valueChangedByUser(bool)), Qt::UniqueConnection);
     connect(this, SIGNAL(toggled(bool)), this, SLOT(valueChanged(bool)), Qt::UniqueConnection);
-    DocumentTables *tables = DocumentTables::current();
-    if (tables && tables->mathDependents.contains(define()))
-        emit updateMathLabels();
-    updateToolTip();
-    if (!property("confirmation").toString().isEmpty())
-        QInputEventRecorder::install(this);
+    ElementCommon::finishConnect(this);
 }
 
 void ToggleButton::emitLocks()
@@ -220,10 +216,7 @@ void ToggleButton::sendData(bool checked)
 void ToggleButton::valueChanged(bool checked)
 {
     sendData(checked);
-    if (DocumentTables *tables = DocumentTables::current())
-        tables->markHeaderChanged(this);
-    updateToolTip();
-    emit updateMathLabels();
+    ElementCommon::afterChange(this);
 }
 
 void ToggleButton::valueChangedByUser(bool checked)

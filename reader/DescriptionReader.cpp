@@ -413,12 +413,6 @@ QString DescriptionReader::nextContainerName(const QString &prefix) const
     return QStringLiteral("%1_%2").arg(prefix).arg(m_tables.containers.size());
 }
 
-void DescriptionReader::registerContainer(Container *container, QWidget *widget)
-{
-    Q_UNUSED(widget);
-    m_tables.containers.insert(container->objectName(), container);
-}
-
 void DescriptionReader::connectToHost(QObject *sender, const char *signal, const char *slot)
 {
     SlotWiring::connectIfPresent(sender, signal, m_options.slotHost, slot);

@@ -93,9 +93,6 @@ public:
     // Next running name of a container: prefix + "_" + number of containers.
     QString nextContainerName(const QString &prefix) const;
 
-    // Registers a container under its name and wires its page set-defs.
-    void registerContainer(Container *container, QWidget *widget);
-
     // Connects a signal of the element to the host's slot of that name, if
     // the host has one.
     void connectToHost(QObject *sender, const char *signal, const char *slot);

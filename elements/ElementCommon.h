@@ -1,0 +1,28 @@
+#pragma once
+#include <QString>
+
+class ActiveElement;
+class QObject;
+class QWidget;
+
+// The steps every value element takes the same way, whatever its widget:
+// the end of connectSignals, the actions of a change, the bookkeeping after
+// a change, and the register form of a number.
+class ElementCommon
+{
+public:
+    // After the widget's own connections: a first refresh of the formulas
+    // that read the element, its tool tip, and the confirmation filter.
+    static void finishConnect(ActiveElement *element);
+
+    // The "changed" actions and setDef texts of an enabled element.
+    static void runChangedActions(QWidget *widget);
+
+    // After a value change: the header is marked, the tool tip follows, and
+    // the dependents are told.
+    static void afterChange(ActiveElement *element);
+
+    // The value as it sits in the register: shifted left by the element's
+    // lsb (none for -1) within 32 bits.
+    static QString shiftedValue(const QObject *element, quint32 value);
+};
