@@ -135,16 +135,7 @@ void CheckBox::connectSignals()
 
 void CheckBox::emitLocks()
 {
-    if (!isEnabled())
-        return;
-    const QStringList list = property("locks").toMap().value(QStringLiteral("0")).toStringList();
-    const bool inForce = int(isChecked()) != int(property("lockinverted").toUInt());
-    for (const QString &text : list) {
-        if (inForce)
-            emit sendLock(text);
-        else
-            emit sendUnlock(text);
-    }
+    ElementCommon::emitFlagLocks(this, isChecked());
 }
 
 void CheckBox::setElementEnabled(bool enabled)
@@ -175,15 +166,7 @@ void CheckBox::updateToolTip()
 
 void CheckBox::sendData(bool checked)
 {
-    if (!isEnabled())
-        return;
-    if (checked) {
-        ActionRunner::run(this, QStringLiteral("0"), QStringLiteral("checked"));
-        ActionRunner::emitEach(this, "checked_setDef", property("default_setdef").toStringList());
-    } else {
-        ActionRunner::run(this, QStringLiteral("0"), QStringLiteral("unchecked"));
-        ActionRunner::emitEach(this, "unchecked_setDef", property("default_setdefinv").toStringList());
-    }
+    ElementCommon::runFlagActions(this, checked);
 }
 
 void CheckBox::valueChanged(int state)

@@ -5,6 +5,7 @@
 #include "elements/DocumentTables.h"
 #include "elements/QInputEventRecorder.h"
 
+#include <QMetaObject>
 #include <QStringList>
 #include <QVariant>
 #include <QWidget>
@@ -25,6 +26,29 @@ void ElementCommon::runChangedActions(QWidget *widget)
         return;
     ActionRunner::run(widget, QStringLiteral("0"), QStringLiteral("changed"));
     ActionRunner::emitEach(widget, "changed_setDef", widget->property("default_setdef").toStringList());
+}
+
+void ElementCommon::runFlagActions(QWidget *widget, bool checked)
+{
+    if (!widget->isEnabled())
+        return;
+    if (checked) {
+        ActionRunner::run(widget, QStringLiteral("0"), QStringLiteral("checked"));
+        ActionRunner::emitEach(widget, "checked_setDef", widget->property("default_setdef").toStringList());
+    } else {
+        ActionRunner::run(widget, QStringLiteral("0"), QStringLiteral("unchecked"));
+        ActionRunner::emitEach(widget, "unchecked_setDef", widget->property("default_setdefinv").toStringList());
+    }
+}
+
+void ElementCommon::emitFlagLocks(QWidget *widget, bool checked)
+{
+    if (!widget->isEnabled())
+        return;
+    const QStringList list = widget->property("locks").toMap().value(QStringLiteral("0")).toStringList();
+    const bool inForce = int(checked) != int(widget->property("lockinverted").toUInt());
+    for (const QString &text : list)
+        QMetaObject::invokeMethod(widget, inForce ? "sendLock" : "sendUnlock", Q_ARG(QString, text));
 }
 
 void ElementCommon::afterChange(ActiveElement *element)

@@ -18,6 +18,13 @@ public:
     // The "changed" actions and setDef texts of an enabled element.
     static void runChangedActions(QWidget *widget);
 
+    // The checked or unchecked actions and setDef texts of a flag element.
+    static void runFlagActions(QWidget *widget, bool checked);
+
+    // A check box's or toggle's locks (key 0) are in force while its state
+    // differs from lockinverted: their sendLock, else their sendUnlock.
+    static void emitFlagLocks(QWidget *widget, bool checked);
+
     // After a value change: the header is marked, the tool tip follows, and
     // the dependents are told.
     static void afterChange(ActiveElement *element);

@@ -162,16 +162,7 @@ void ToggleButton::connectSignals()
 
 void ToggleButton::emitLocks()
 {
-    if (!isEnabled())
-        return;
-    const QStringList list = property("locks").toMap().value(QStringLiteral("0")).toStringList();
-    const bool inForce = int(isChecked()) != int(property("lockinverted").toUInt());
-    for (const QString &text : list) {
-        if (inForce)
-            emit sendLock(text);
-        else
-            emit sendUnlock(text);
-    }
+    ElementCommon::emitFlagLocks(this, isChecked());
 }
 
 void ToggleButton::setElementEnabled(bool enabled)
@@ -202,15 +193,7 @@ void ToggleButton::updateToolTip()
 
 void ToggleButton::sendData(bool checked)
 {
-    if (!isEnabled())
-        return;
-    if (checked) {
-        ActionRunner::run(this, QStringLiteral("0"), QStringLiteral("checked"));
-        ActionRunner::emitEach(this, "checked_setDef", property("default_setdef").toStringList());
-    } else {
-        ActionRunner::run(this, QStringLiteral("0"), QStringLiteral("unchecked"));
-        ActionRunner::emitEach(this, "unchecked_setDef", property("default_setdefinv").toStringList());
-    }
+    ElementCommon::runFlagActions(this, checked);
 }
 
 void ToggleButton::valueChanged(bool checked)
