@@ -483,6 +483,30 @@ void LockEngine::checkAfterLoad()
     m_graph = check.graph();
 }
 
+void LockEngine::releaseAll()
+{
+    DocumentTables *t = tables();
+    if (!t)
+        return;
+    QList<ActiveElement *> held;
+    for (ActiveElement *element : t->elementList) {
+        if (element->locked)
+            held.append(element);
+        element->locked = false;
+        element->locking.clear();
+        element->lockedBy.clear();
+        element->waitingToLock.clear();
+        element->waitingToBeLockedBy.clear();
+    }
+    m_conflicts.clear();
+    for (ActiveElement *element : qAsConst(held)) {
+        if (!readOnlyByDescription(element))
+            element->setElementEnabled(true);
+        element->restoreReference();
+        element->updateToolTip();
+    }
+}
+
 void LockEngine::clear()
 {
     m_conflicts.clear();

@@ -121,6 +121,13 @@ public:
     // A closed document: no conflicts, no queue, no graph.
     void clear();
 
+    // Lets go of every lock and forgets every waiting source, without a
+    // console line: each element that was held gets its widget back and
+    // returns to its reference value. Used before the sources announce
+    // their locks anew for values set with signals blocked (a reset, a
+    // loaded configuration), which left the old bookkeeping stale.
+    void releaseAll();
+
     // Nested lock handling deeper than this is refused with a console line:
     // locks that set each other in a circle would otherwise recurse until
     // the stack runs out.

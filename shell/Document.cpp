@@ -167,6 +167,12 @@ void Document::startUp(bool afterLoad, const QString &configurationName)
     // that, for instance, an inverted check box that starts unchecked locks
     // at once.
     m_locks->checkAfterLoad();
+    reapplyLocks();
+}
+
+void Document::reapplyLocks()
+{
+    m_locks->releaseAll();
     for (ActiveElement *element : m_tables.elementList.toList())
         element->emitLocks();
 }

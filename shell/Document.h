@@ -63,6 +63,10 @@ public:
 
     // Kicks the first refresh of every display.
     void refreshDisplays();
+    // Every source announces the locks of the value it holds now, on a
+    // clean slate: after values were set with signals blocked (a loaded
+    // configuration), the locks of the defaults no longer fit.
+    void reapplyLocks();
 
 private:
     QObject *m_slotHost;

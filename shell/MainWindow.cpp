@@ -549,6 +549,9 @@ void MainWindow::resetGUI(const QString &s)
     Q_UNUSED(s);
     DocumentTables &t = m_document->tables();
     m_document->setLoading(true);
+    // Defaults are set with signals blocked, so a list that leaves a
+    // locking item would never say so: start the locks from scratch.
+    m_document->locks().releaseAll();
     for (ActiveElement *element : t.elementList) {
         element->setElementEnabled(true);
         element->applyDefault();
@@ -1018,6 +1021,7 @@ bool MainWindow::load(const QString &fileName)
         return false;
     }
     m_configurationPath = QFileInfo(fileName).absoluteFilePath();
+    m_document->reapplyLocks();
     reportLeftovers(reader.unresolved, reader.unseen);
     setWindowTitle(QStringLiteral("Quillon ") + QDir::toNativeSeparators(m_configurationPath) + QStringLiteral("[*]"));
     m_document->refreshDisplays();
@@ -1036,6 +1040,7 @@ bool MainWindow::loadOld(const QString &fileName)
         return false;
     }
     m_configurationPath = QFileInfo(fileName).absoluteFilePath();
+    m_document->reapplyLocks();
     reportLeftovers(loader.unresolved, loader.unseen);
     setWindowTitle(QStringLiteral("Quillon ") + QDir::toNativeSeparators(m_configurationPath) + QStringLiteral("[*]"));
     m_document->refreshDisplays();

@@ -41,6 +41,7 @@ private slots:
     void diagramAndClose();
     void boardExampleFlowControl();
     void rangeChangeBySetDef();
+    void locksFollowResetAndLoad();
 
 private:
     template <class T>
@@ -339,6 +340,48 @@ void TestLocks::rangeChangeBySetDef()
                             "was changed from 0..20 to 9..12</font><br>"));
     QTest::qWait(150);
     QCOMPARE(m_sink->console.filter(QStringLiteral("darkorange")).size(), 1);
+}
+
+void TestLocks::locksFollowResetAndLoad()
+{
+    auto *t = element<CheckBox>(QStringLiteral("P.R.EN"));
+    auto *a = element<CheckBox>(QStringLiteral("A"));
+    auto *list = element<ComboBox>(QStringLiteral("L"));
+    auto *group = element<ButtonGroup>(QStringLiteral("M"));
+    auto *sp = element<SpinBox>(QStringLiteral("SP"));
+    a->click();
+    // As the user picks it: the choice is what a configuration keeps.
+    QVERIFY(m_window->execScriptLine(QStringLiteral("SET(L, 1)"), 1));
+    QVERIFY(t->locked && group->locked);
+    const QString saved = m_dir.filePath(QStringLiteral("locked.qlnp"));
+    QVERIFY(m_window->saveConfiguration(saved));
+
+    // Defaults are set quietly; the list's lock of its old item must not
+    // outlive the reset.
+    m_window->resetGUI();
+    QVERIFY(!t->locked);
+    QVERIFY(t->isEnabled());
+    QVERIFY(!group->locked);
+    QVERIFY(group->buttons().first()->isEnabled());
+    QCOMPARE(group->value(1), QStringLiteral("Off"));
+    QVERIFY(list->locking.isEmpty());
+    QVERIFY(sp->locked);
+
+    // Values come back with signals blocked; their locks come back too.
+    m_sink->clear();
+    QVERIFY(m_window->load(saved));
+    QVERIFY(a->isChecked());
+    QVERIFY(t->isChecked());
+    QVERIFY(!t->isEnabled());
+    QCOMPARE(lockPeers(t->lockedBy), QStringList{QStringLiteral("A")});
+    QCOMPARE(group->value(1), QStringLiteral("On"));
+    QCOMPARE(lockPeers(group->lockedBy), QStringList{QStringLiteral("L")});
+    QCOMPARE(lockPeers(sp->lockedBy), QStringList{QStringLiteral("INV")});
+    QCOMPARE(m_window->conflictCount(), 0);
+    // The target was saved with its own choice, which returns on release.
+    a->click();
+    QVERIFY(!t->isChecked());
+    QVERIFY(t->isEnabled());
 }
 
 QTEST_MAIN(TestLocks)
