@@ -15,6 +15,7 @@
 CheckBox::CheckBox(QWidget *parent)
     : QCheckBox(parent)
 {
+    ElementCommon::standAlone(this);
 }
 
 bool CheckBox::fitsOneBit(int msb, int lsb)

@@ -5,6 +5,8 @@
 #include "elements/DocumentTables.h"
 #include "elements/QInputEventRecorder.h"
 
+#include <QAbstractButton>
+#include <QButtonGroup>
 #include <QMetaObject>
 #include <QStringList>
 #include <QVariant>
@@ -68,4 +70,11 @@ QString ElementCommon::shiftedValue(const QObject *element, quint32 value)
     else if (lsb >= 32)
         value = 0;
     return QString::number(value);
+}
+
+void ElementCommon::standAlone(QAbstractButton *button)
+{
+    auto *group = new QButtonGroup(button);
+    group->setExclusive(false);
+    group->addButton(button);
 }

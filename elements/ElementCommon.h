@@ -2,6 +2,7 @@
 #include <QString>
 
 class ActiveElement;
+class QAbstractButton;
 class QObject;
 class QWidget;
 
@@ -32,4 +33,10 @@ public:
     // The value as it sits in the register: shifted left by the element's
     // lsb (none for -1) within 32 bits.
     static QString shiftedValue(const QObject *element, quint32 value);
+
+    // A check box or toggle of its own: unchecking a button outside any
+    // QButtonGroup makes Qt search every button below the button's parent,
+    // which in a container of thousands of elements costs the whole form
+    // on each click. A group of one, not exclusive, answers at once.
+    static void standAlone(QAbstractButton *button);
 };

@@ -1,4 +1,5 @@
 #include "elements/SlotWiring.h"
+#include "elements/SignalRelay.h"
 
 #include <QByteArray>
 #include <QMetaObject>
@@ -24,5 +25,9 @@ bool SlotWiring::connectIfPresent(QObject *sender, const char *signal, QObject *
 {
     if (!hasSignal(sender, signal) || !hasSlot(receiver, slot))
         return false;
+    // Through a relay where the signal allows it, so that the receiver
+    // learns the sender without QObject::sender() (see SignalRelay).
+    if (SignalRelay::connect(sender, signal, receiver, slot))
+        return true;
     return QObject::connect(sender, signal, receiver, slot);
 }

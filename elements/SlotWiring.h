@@ -9,7 +9,9 @@ class QObject;
 class SlotWiring
 {
 public:
-    // signal and slot as made by SIGNAL() and SLOT().
+    // signal and slot as made by SIGNAL() and SLOT(). Signals without
+    // arguments or with one text go through a SignalRelay: the receiver
+    // asks SignalRelay::origin() for the sender first.
     static bool connectIfPresent(QObject *sender, const char *signal, QObject *receiver, const char *slot);
     static bool hasSlot(const QObject *receiver, const char *slot);
     static bool hasSignal(const QObject *sender, const char *signal);

@@ -21,6 +21,7 @@ ToggleButton::ToggleButton(QWidget *parent)
 {
     setCheckable(true);
     setStyleSheet(baseStyle() + defaultCheckedStyle());
+    ElementCommon::standAlone(this);
 }
 
 QString ToggleButton::baseStyle()

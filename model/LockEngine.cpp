@@ -1,4 +1,5 @@
 #include "model/LockEngine.h"
+#include "elements/SignalRelay.h"
 
 #include "elements/ActiveElement.h"
 #include "elements/DocumentTables.h"
@@ -146,12 +147,12 @@ void LockEngine::leave()
 
 void LockEngine::on_sendLock(const QString &lock)
 {
-    this->lock(sender(), lock);
+    this->lock(signalSender(), lock);
 }
 
 void LockEngine::on_sendUnlock(const QString &lock)
 {
-    unlock(sender(), lock);
+    unlock(signalSender(), lock);
 }
 
 void LockEngine::lock(QObject *sender, const QString &lockText)
@@ -516,4 +517,11 @@ void LockEngine::clear()
     m_graph.clear();
     m_depth = 0;
     m_depthReported = false;
+}
+
+QObject *LockEngine::signalSender() const
+{
+    if (QObject *origin = SignalRelay::origin(this))
+        return origin;
+    return sender();
 }

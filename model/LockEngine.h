@@ -145,6 +145,11 @@ protected:
     void timerEvent(QTimerEvent *event) override;
 
 private:
+    // The element whose signal is handled now, also when it came through a
+    // SignalRelay (where QObject::sender() is null).
+    QObject *signalSender() const;
+
+private:
     DocumentTables *tables() const;
     ActiveElement *element(const QString &name) const;
     bool enter(QObject *sender);

@@ -1,4 +1,5 @@
 #include "shell/MainWindow.h"
+#include "elements/SignalRelay.h"
 
 #include "elements/ActiveElement.h"
 #include "elements/DataClass.h"
@@ -194,22 +195,22 @@ MathCascade &MainWindow::mathCascade()
 
 void MainWindow::on_updateMathLabel()
 {
-    mathCascade().update(sender());
+    mathCascade().update(signalSender());
 }
 
 void MainWindow::on_updateLED()
 {
-    DisplayRefresh::leds(&m_document->tables(), DisplayRefresh::senderDefine(sender()));
+    DisplayRefresh::leds(&m_document->tables(), DisplayRefresh::senderDefine(signalSender()));
 }
 
 void MainWindow::on_updateSvgImage()
 {
-    DisplayRefresh::svgImages(&m_document->tables(), DisplayRefresh::senderDefine(sender()));
+    DisplayRefresh::svgImages(&m_document->tables(), DisplayRefresh::senderDefine(signalSender()));
 }
 
 void MainWindow::on_updateLog()
 {
-    DisplayRefresh::logs(&m_document->tables(), DisplayRefresh::senderDefine(sender()));
+    DisplayRefresh::logs(&m_document->tables(), DisplayRefresh::senderDefine(signalSender()));
 }
 
 ActiveElement *MainWindow::element(const QString &name)
@@ -529,7 +530,7 @@ void MainWindow::changed()
 {
     if (m_document->isLoading())
         return;
-    ActiveElement *element = asActiveElement(sender());
+    ActiveElement *element = asActiveElement(signalSender());
     if (!element)
         return;
     if (element->typeInfo() == QLatin1String("TimerLabel"))
@@ -754,7 +755,7 @@ void MainWindow::loadFile(const QString &name, bool fixFolder)
     };
     // An element's action must not delete the element while it still runs
     // its actions: the new document comes once the event loop is back.
-    if (sender())
+    if (signalSender())
         QTimer::singleShot(0, this, openDocument);
     else
         openDocument();
@@ -822,12 +823,12 @@ void MainWindow::runScript(const QString &text)
 
 void MainWindow::on_sendLock(const QString &lock)
 {
-    m_document->locks().lock(sender(), lock);
+    m_document->locks().lock(signalSender(), lock);
 }
 
 void MainWindow::on_sendUnlock(const QString &lock)
 {
-    m_document->locks().unlock(sender(), lock);
+    m_document->locks().unlock(signalSender(), lock);
 }
 
 void MainWindow::showLocks()
@@ -1163,4 +1164,11 @@ void MainWindow::setScriptFullScreen(bool on)
         else
             showNormal();
     }
+}
+
+QObject *MainWindow::signalSender() const
+{
+    if (QObject *origin = SignalRelay::origin(this))
+        return origin;
+    return sender();
 }

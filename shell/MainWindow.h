@@ -182,6 +182,11 @@ protected:
     void dropEvent(QDropEvent *event) override;
 
 private:
+    // The element whose signal is handled now, also when it came through a
+    // SignalRelay (where QObject::sender() is null).
+    QObject *signalSender() const;
+
+private:
     void buildActions();
     void buildToolBars();
     void setDocumentActionsEnabled(bool enabled);

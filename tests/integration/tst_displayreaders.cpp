@@ -2,6 +2,7 @@
 
 #include "FakeElement.h"
 #include "QuillonRun.h"
+#include "elements/SignalRelay.h"
 #include "RecordingSink.h"
 #include "TestPictures.h"
 #include "elements/DataClass.h"
@@ -39,15 +40,25 @@ public slots:
     void on_updateMathLabel()
     {
         ++mathUpdates;
-        cascade->update(sender());
+        cascade->update(from());
     }
-    void on_updateLED() { DisplayRefresh::leds(tables, DisplayRefresh::senderDefine(sender())); }
-    void on_updateSvgImage() { DisplayRefresh::svgImages(tables, DisplayRefresh::senderDefine(sender())); }
-    void on_updateLog() { DisplayRefresh::logs(tables, DisplayRefresh::senderDefine(sender())); }
-    void changed() { commands << QStringLiteral("changed:") + sender()->objectName(); }
+    void on_updateLED() { DisplayRefresh::leds(tables, DisplayRefresh::senderDefine(from())); }
+    void on_updateSvgImage() { DisplayRefresh::svgImages(tables, DisplayRefresh::senderDefine(from())); }
+    void on_updateLog() { DisplayRefresh::logs(tables, DisplayRefresh::senderDefine(from())); }
+    void changed() { commands << QStringLiteral("changed:") + from()->objectName(); }
     void setDef(const QString &text) { commands << QStringLiteral("setDef:") + text; }
     void sendUSB(const QString &text) { commands << QStringLiteral("sendUSB:") + text; }
     void recData(const QString &text) { commands << QStringLiteral("recData:") + text; }
+
+private:
+    // Elements reach a wide receiver through relays (see SlotWiring).
+    QObject *from() const
+    {
+        QObject *origin = SignalRelay::origin(this);
+        return origin ? origin : sender();
+    }
+
+public slots:
     void loadFile(const QString &text) { commands << QStringLiteral("loadFile:") + text; }
     void runScript(const QString &text) { commands << QStringLiteral("runScript:") + text; }
     void startProgram(const QString &text) { commands << QStringLiteral("startProgram:") + text; }
