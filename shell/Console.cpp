@@ -13,6 +13,8 @@
 #include <QSet>
 #include <QTabWidget>
 #include <QTextBrowser>
+#include <QTextBlockFormat>
+#include <QTextCharFormat>
 #include <QTextCursor>
 
 namespace {
@@ -99,8 +101,16 @@ void Console::consolePrint(const QString &html)
     QTextCursor cursor = m_log->textCursor();
     cursor.movePosition(QTextCursor::End);
     m_log->setTextCursor(cursor);
-    m_log->insertHtml(html);
+    // A closing <br> starts a new paragraph rather than a line break inside
+    // the one before: inserting into a paragraph lays all of it out again,
+    // so a log kept in one paragraph would cost more with every line, and a
+    // long script run would slow down quadratically.
+    static const QString lineEnd = QStringLiteral("<br>");
+    const bool closed = html.endsWith(lineEnd);
+    m_log->insertHtml(closed ? html.left(html.size() - lineEnd.size()) : html);
     cursor.movePosition(QTextCursor::End);
+    if (closed)
+        cursor.insertBlock(QTextBlockFormat(), QTextCharFormat());
     m_log->setTextCursor(cursor);
     m_log->ensureCursorVisible();
 
