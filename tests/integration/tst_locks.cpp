@@ -322,6 +322,20 @@ void TestLocks::boardExampleFlowControl()
     hwfc->click();
     QCOMPARE(rts->value(1), QStringLiteral("Disconnected"));
     QCOMPARE(m_window->conflictCount(), 0);
+
+    // A tick rate of 1 Hz needs a prescaler beyond its 12 bits.
+    auto *tick = element<SpinBox>(QStringLiteral("RTC0_TICK_HZ"));
+    QVERIFY(tick);
+    m_sink->clear();
+    QVERIFY(tick->setValue(QStringLiteral("1"), 0));
+    QCOMPARE(m_window->conflictCount(), 1);
+    QCOMPARE(m_sink->console.filter(QStringLiteral("overflow")),
+             QStringList{QStringLiteral("<font color=\"red\"><b>Warning: </font></b> <a href=\"RTC0_TICK_HZ\">RTC0_TICK_HZ</a> "
+                                        "has caused an overflow in <a href=\"RTC0.PRESCALER.PRESCALER\">"
+                                        "RTC0.PRESCALER.PRESCALER</a>. Highest possible value: 4095<br>")});
+    QVERIFY(tick->setValue(QStringLiteral("8"), 0));
+    QCOMPARE(m_window->conflictCount(), 0);
+    QVERIFY(m_sink->console.last().contains(QStringLiteral("Over-/Underflow in: ")));
 }
 
 void TestLocks::rangeChangeBySetDef()
