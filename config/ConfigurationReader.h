@@ -25,6 +25,8 @@ public:
     // Every element back to its default.
     virtual void resetToDefaults() = 0;
     virtual DocumentTables &tables() = 0;
+    // The description's migration file, absolute; empty without one.
+    virtual QString migrationPath() const { return QString(); }
 };
 
 // Reads a .qlnp document: opens the description it names, resets the form,

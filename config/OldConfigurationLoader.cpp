@@ -1,6 +1,7 @@
 #include "config/OldConfigurationLoader.h"
 
 #include "config/ConfigurationReader.h"
+#include "config/Migration.h"
 #include "elements/ActiveElement.h"
 #include "elements/DocumentTables.h"
 #include "elements/NumberFormat.h"
@@ -13,6 +14,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSet>
 
 OldConfigurationLoader::OldConfigurationLoader(ConfigurationHost &host, HardwareModel &model)
     : m_host(host)
@@ -71,16 +73,28 @@ bool OldConfigurationLoader::load(const QString &fileName)
         return false;
     }
 
-    // 2. What the form expects to hear about.
+    // Names that moved since the file was written go to their new place.
+    Migration migration;
+    QString reason;
+    const QString migrationFile = m_host.migrationPath();
+    if (!migration.read(migrationFile, &reason)) {
+        Report::cannotOpenFile(migrationFile, reason);
+        return false;
+    }
+
+    // 2. What the form expects to hear about, in form order.
     QStringList expected;
+    QSet<QString> pending;
     for (ActiveElement *element : m_host.tables().elementList) {
         const DefineText parts = DefineText::parse(element->define());
         if (element->define().isEmpty() || parts.registerName.isEmpty())
             continue;
         for (const QString &name : {parts.peripheral + QLatin1Char('_') + parts.registerName,
                                     parts.peripheral + QLatin1Char('.') + parts.registerName}) {
-            if (!expected.contains(name))
+            if (!pending.contains(name)) {
+                pending.insert(name);
                 expected.append(name);
+            }
         }
     }
 
@@ -91,27 +105,30 @@ bool OldConfigurationLoader::load(const QString &fileName)
         const QStringList parts = line.split(QLatin1Char(' '), Qt::SkipEmptyParts);
         if (parts.size() < 3)
             continue;
-        const QString name = parts.at(1);
+        QString name = parts.at(1);
         if (name.compare(QLatin1String("NVXQuillon_Version"), Qt::CaseInsensitive) == 0
-            || name.compare(QLatin1String("Config_File"), Qt::CaseInsensitive) == 0)
+            || name.compare(QLatin1String("Config_File"), Qt::CaseInsensitive) == 0 || migration.isDropped(name))
             continue;
+        const QString moved = migration.newName(name);
+        if (!moved.isEmpty())
+            name = moved;
         const QString value = parts.size() >= 4 ? parts.mid(2).join(QLatin1Char(' ')) : parts.at(2);
-        bool applied = false;
-        for (int at = name.indexOf(QLatin1Char('_')); at >= 0; at = name.indexOf(QLatin1Char('_'), at + 1)) {
-            const Peripheral *peripheral = m_model.findPeripheral(name.left(at));
-            const Register *reg = peripheral ? HardwareModel::findRegister(peripheral, name.mid(at + 1)) : nullptr;
-            if (!reg)
-                continue;
-            expected.removeAll(name.left(at) + QLatin1Char('_') + reg->name);
-            expected.removeAll(name.left(at) + QLatin1Char('.') + reg->name);
-            applyToRegister(reg, value);
-            applied = true;
-            break;
-        }
-        if (!applied)
+        const Register *reg = Migration::registerNamed(m_model, name);
+        if (!reg) {
             unresolved.append(QStringLiteral("#define ") + name + QLatin1Char(' ') + value);
+            continue;
+        }
+        // The register's own spelling: the name may carry a peripheral
+        // whose name itself has underscores.
+        const QString peripheral = name.left(name.size() - reg->name.size() - 1);
+        pending.remove(peripheral + QLatin1Char('_') + reg->name);
+        pending.remove(peripheral + QLatin1Char('.') + reg->name);
+        applyToRegister(reg, value);
     }
-    unseen = expected;
+    for (const QString &name : qAsConst(expected)) {
+        if (pending.contains(name))
+            unseen.append(name);
+    }
 
     // 4. The old file stays as it was, beside.
     const QString backup = fileName + QStringLiteral(".bak");

@@ -1,5 +1,8 @@
 #include "shell/MainWindow.h"
 #include "elements/SignalRelay.h"
+#include "config/Migration.h"
+#include "views/DiffDialog.h"
+#include "views/UnresolvedDialog.h"
 
 #include "elements/ActiveElement.h"
 #include "elements/DataClass.h"
@@ -117,6 +120,10 @@ MainWindow::MainWindow(const StartOptions &options, QWidget *parent)
     buildToolBars();
     addDockWidget(Qt::BottomDockWidgetArea, m_console->dock());
     connect(m_console, &Console::elementLinkClicked, this, &MainWindow::on_anchorClicked);
+    m_unresolvedDialog = new UnresolvedDialog(this);
+    connect(m_unresolvedDialog, &UnresolvedDialog::elementRequested, this, &MainWindow::on_anchorClicked);
+    m_diffDialog = new DiffDialog(this);
+    connect(m_diffDialog, &DiffDialog::elementRequested, this, &MainWindow::on_anchorClicked);
     setAcceptDrops(true);
     statusBar();
 
@@ -1023,7 +1030,10 @@ bool MainWindow::load(const QString &fileName)
     }
     m_configurationPath = QFileInfo(fileName).absoluteFilePath();
     m_document->reapplyLocks();
-    reportLeftovers(reader.unresolved, reader.unseen);
+    if (!resolveLeftovers(reader.unresolved, reader.unseen)) {
+        newProject();
+        return false;
+    }
     setWindowTitle(QStringLiteral("Quillon ") + QDir::toNativeSeparators(m_configurationPath) + QStringLiteral("[*]"));
     m_document->refreshDisplays();
     setWindowModified(false);
@@ -1042,30 +1052,75 @@ bool MainWindow::loadOld(const QString &fileName)
     }
     m_configurationPath = QFileInfo(fileName).absoluteFilePath();
     m_document->reapplyLocks();
-    reportLeftovers(loader.unresolved, loader.unseen);
+    if (!resolveLeftovers(loader.unresolved, loader.unseen)) {
+        newProject();
+        return false;
+    }
     setWindowTitle(QStringLiteral("Quillon ") + QDir::toNativeSeparators(m_configurationPath) + QStringLiteral("[*]"));
     m_document->refreshDisplays();
     setWindowModified(false);
     return true;
 }
 
-void MainWindow::reportLeftovers(const QStringList &unresolved, const QStringList &unseen)
+bool MainWindow::resolveLeftovers(const QStringList &unresolved, const QStringList &unseen)
 {
-    QStringList visible;
-    for (const QString &define : unseen) {
-        if (!define.contains(QLatin1String("$DIR$")))
-            visible << define;
+    Migration migration;
+    QString reason;
+    const QString migrationFile = migrationPath();
+    if (!migration.read(migrationFile, &reason)) {
+        Report::cannotOpenFile(migrationFile, reason);
+        return false;
     }
-    if (!unresolved.isEmpty()) {
-        consolePrint(tr("<font color=\"orange\"><b>Values of the configuration that the form does not know:</b></font><br>"));
-        for (const QString &line : unresolved)
+    const Migration::Leftovers left = migration.resolve(m_document->model(), unresolved, unseen);
+    if (left.isEmpty())
+        return true;
+    m_unresolvedDialog->setLists(left.unresolved.join(QLatin1Char('\n')), left.anchors().join(QString()));
+    if (Dialogs::quiet()) {
+        // Unattended runs keep the lists in the log instead.
+        consolePrint(tr("<font color=\"orange\"><b>Found in QLNP but not in XML (potential loss of data):</b></font><br>"));
+        for (const QString &line : left.unresolved)
             consolePrint(line.toHtmlEscaped() + QStringLiteral("<br>"));
+        consolePrint(tr("<font color=\"orange\"><b>Found in XML but not in QLNP (not critical):</b></font><br>"));
+        for (const QString &anchor : left.anchors())
+            consolePrint(anchor);
+    } else {
+        m_unresolvedDialog->show();
+        m_unresolvedDialog->raise();
     }
-    if (!visible.isEmpty()) {
-        consolePrint(tr("<font color=\"orange\"><b>Elements not in the configuration (they keep their defaults):</b></font><br>"));
-        for (const QString &define : visible)
-            consolePrint(QStringLiteral("<a href=\"%1\">%2</a><br>").arg(Console::linkTarget(define), define));
+    return true;
+}
+
+QString MainWindow::migrationPath() const
+{
+    const QString name = m_document->state().migrationFile;
+    return name.isEmpty() ? QString() : QDir(m_document->folder()).filePath(name);
+}
+
+void MainWindow::showDifferences()
+{
+    const QString name = Dialogs::openFileName(this, tr("Open Configuration File"), m_preferences.workingDir,
+                                               tr("Configuration Files (*.qlnp)"));
+    if (!name.isEmpty())
+        showDifferences(name);
+}
+
+void MainWindow::showDifferences(const QString &name)
+{
+    QFile file(name);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        Report::cannotOpenFile(QFileInfo(name).absoluteFilePath(), file.errorString());
+        return;
     }
+    ConfigurationReader reader(*this);
+    if (!reader.read(&file, name, true)) {
+        Report::cannotReadFile(QFileInfo(name).absoluteFilePath(), reader.errorString());
+        return;
+    }
+    m_diffDialog->setFileName(QFileInfo(name).fileName());
+    m_diffDialog->setDifferences(reader.differences.isEmpty() ? QString()
+                                                              : QLatin1Char('\n') + reader.differences.join(QLatin1Char('\n')));
+    if (!Dialogs::quiet())
+        m_diffDialog->show();
 }
 
 QString MainWindow::disclaimerPath()

@@ -32,6 +32,8 @@ class QToolBar;
 // All work of the unattended flows (-g, -s, -x, -b) runs inside the
 // constructor; when it asks the process to end, exitRequested() is true and
 // the window is never shown.
+class DiffDialog;
+class UnresolvedDialog;
 class MainWindow : public QMainWindow, public ConfigurationHost
 {
     Q_OBJECT
@@ -113,6 +115,9 @@ public slots:
     void exportHeaderFiles();
     void exportHeaderFiles(bool writeAll);
     void signFile();
+    // The form against a saved configuration, without changing anything.
+    void showDifferences();
+    void showDifferences(const QString &fileName);
 
 public slots:
     // The commands of the elements' actions (resetGUI is above).
@@ -132,6 +137,9 @@ public:
     QString descriptionVersion() const override;
     void resetToDefaults() override { resetGUI(); }
     DocumentTables &tables() override;
+    QString migrationPath() const override;
+    UnresolvedDialog *unresolvedDialog() const { return m_unresolvedDialog; }
+    DiffDialog *diffDialog() const { return m_diffDialog; }
 
     QString configurationPath() const { return m_configurationPath; }
     // Folder the headers go to; by default that of the configuration.
@@ -197,11 +205,15 @@ private:
     void applyCommandLineDefines();
     void stopWorkers();
     void connectConflictSources();
-    void reportLeftovers(const QStringList &unresolved, const QStringList &unseen);
+    // Moves what the migration file knows, then shows what is left; false
+    // when the migration file can't be read.
+    bool resolveLeftovers(const QStringList &unresolved, const QStringList &unseen);
     QString disclaimerPath();
 
     StartOptions m_options;
     Console *m_console = nullptr;
+    UnresolvedDialog *m_unresolvedDialog = nullptr;
+    DiffDialog *m_diffDialog = nullptr;
     Document *m_document = nullptr;
     IniSettings m_ini;
     Preferences m_preferences;

@@ -141,8 +141,7 @@ QString WindowScriptHost::svdPath() const
 
 QString WindowScriptHost::migrationPath() const
 {
-    const QString name = m_window.document()->state().migrationFile;
-    return name.isEmpty() ? QString() : QDir(m_window.document()->folder()).filePath(name);
+    return m_window.migrationPath();
 }
 
 void WindowScriptHost::raiseElement(QWidget *widget)

@@ -1,0 +1,250 @@
+#include <QtTest>
+
+#include "QuillonRun.h"
+#include "elements/ActiveElement.h"
+#include "elements/DocumentTables.h"
+#include "shell/Console.h"
+#include "shell/Document.h"
+#include "shell/MainWindow.h"
+#include "views/DiffDialog.h"
+#include "views/UnresolvedDialog.h"
+
+#include <QCryptographicHash>
+#include <QTableWidget>
+#include <QTemporaryDir>
+
+// Configuration files on real forms: a save and a load give back the same
+// values and the same bytes, values of names that moved follow the
+// description's migration file, and what is left over is shown; a saved
+// file can be compared with the form.
+class TestConfigurationFiles : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void roundTripOnTheExample();
+    void migrationMovesAndDrops();
+    void ownConfigurationLeavesNothingOver();
+    void oldDefinesFollowTheMigration();
+    void differencesAgainstASavedFile();
+
+private:
+    QString value(const QString &define, int kind = 0) const
+    {
+        ActiveElement *e = m_window->document()->tables().element(define);
+        return e ? e->value(kind) : QStringLiteral("<missing %1>").arg(define);
+    }
+    bool set(const QString &define, const QString &v)
+    {
+        return m_window->execScriptLine(QStringLiteral("SET(%1, %2)").arg(define, v), 1);
+    }
+    QString path(const QString &name) const { return m_dir.filePath(name); }
+    // A configuration whose digest is right, from its records.
+    void writeConfiguration(const QString &name, const QString &description, const QByteArray &records);
+
+    QTemporaryDir m_dir;
+    QString m_mini;
+    MainWindow *m_window = nullptr;
+};
+
+static const QByteArray kSvd =
+    "<?xml version=\"1.0\"?>\n<device><name>MINI</name><peripherals>\n"
+    "<peripheral><name>P</name><baseAddress>0x40000000</baseAddress><registers>\n"
+    "<register><name>R</name><addressOffset>0x0</addressOffset><size>32</size>\n"
+    "<fields><field><name>F</name><lsb>0</lsb><msb>3</msb></field>"
+    "<field><name>G</name><lsb>4</lsb><msb>7</msb></field></fields></register>\n"
+    "</registers></peripheral></peripherals></device>\n";
+
+void TestConfigurationFiles::initTestCase()
+{
+    QCoreApplication::setOrganizationName(QStringLiteral("Norvane Technologies"));
+    QVERIFY(m_dir.isValid());
+    QVERIFY(writeTextFile(path(QStringLiteral("mini.svd")), kSvd));
+    QVERIFY(writeTextFile(path(QStringLiteral("migrate.txt")), "NVXQuillon_Version 2.0\n"
+                                                              "P.OLD.F   P_R\n"
+                                                              "OLDP_R P_R\n"
+                                                              "GONE\n"));
+    const QByteArray text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<nvxmlcfg version=\"2.0.0\">\n"
+                            "\t<checksum>0000000000000000000000000000000000000000000000000000000000000000</checksum>\n"
+                            "<svd file=\"mini.svd\"/>\n<migration file=\"migrate.txt\"/>\n"
+                            "<verticalcontainer label=\"Form\">\n"
+                            " <header file=\"mini.h\">\n"
+                            "  <spinbox define=\"P.R.F\" range=\"0;15\" default=\"1\"/>\n"
+                            "  <spinbox define=\"P.R.G\" range=\"0;15\" default=\"2\"/>\n"
+                            " </header>\n"
+                            " <spinbox define=\"KEEP\" svd=\"0\" range=\"0;99\" default=\"7\"/>\n"
+                            "</verticalcontainer>\n</nvxmlcfg>\n";
+    m_mini = path(QStringLiteral("mini.xml"));
+    QVERIFY(writeTextFile(m_mini, signedDescription(text)));
+}
+
+void TestConfigurationFiles::init()
+{
+    StartOptions options;
+    options.quiet = true;
+    m_window = new MainWindow(options);
+}
+
+void TestConfigurationFiles::cleanup()
+{
+    delete m_window;
+    m_window = nullptr;
+}
+
+void TestConfigurationFiles::writeConfiguration(const QString &name, const QString &description, const QByteArray &records)
+{
+    QByteArray text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<qlnpxml version=\"2.5.0\">\n    <checksum>"
+        + QByteArray(64, '0') + "</checksum>\n    <XmlFile>" + description.toUtf8()
+        + "</XmlFile>\n    <XmlVersion>2.0.0</XmlVersion>\n    <ActiveElements>\n" + records
+        + "    </ActiveElements>\n</qlnpxml>\n";
+    // The digest runs from the end tag of the checksum to the end.
+    const QByteArray digest = QCryptographicHash::hash(text.mid(text.indexOf("</checksum>")), QCryptographicHash::Sha256).toHex();
+    text.replace(QByteArray(64, '0'), digest);
+    QVERIFY(writeTextFile(path(name), text));
+}
+
+void TestConfigurationFiles::roundTripOnTheExample()
+{
+    const QString example = QuillonRun::buildDir() + QStringLiteral("/examples/nrf52840/nrf52840_board.xml");
+    QVERIFY(m_window->open(example));
+    m_window->startUp(false);
+    // One change per element class of the example.
+    const QList<QPair<QString, QString>> changes{
+        {QStringLiteral("CLOCK.LFCLKSRC.SRC"), QStringLiteral("2")},          // list, by index
+        {QStringLiteral("CLOCK.LFCLKSRC.BYPASS"), QStringLiteral("1")},      // check box
+        {QStringLiteral("TIMER0.PRESCALER.PRESCALER"), QStringLiteral("7")}, // spin box
+        {QStringLiteral("TIMER0.CC0.CC"), QStringLiteral("4660")},           // hex spin box
+        {QStringLiteral("RTC0_TICK_HZ"), QStringLiteral("512")},
+        {QStringLiteral("UARTE0.CONFIG.HWFC"), QStringLiteral("1")},
+    };
+    QStringList defaults, changed;
+    for (const auto &c : changes)
+        defaults << value(c.first);
+    for (const auto &c : changes) {
+        QVERIFY(set(c.first, c.second));
+        changed << value(c.first);
+    }
+    QVERIFY(defaults != changed);
+    const QString first = path(QStringLiteral("first.qlnp"));
+    QVERIFY(m_window->saveConfiguration(first));
+
+    m_window->resetGUI();
+    QStringList afterReset;
+    for (const auto &c : changes)
+        afterReset << value(c.first);
+    QCOMPARE(afterReset, defaults);
+
+    QVERIFY(m_window->load(first));
+    QStringList loaded;
+    for (const auto &c : changes)
+        loaded << value(c.first);
+    QCOMPARE(loaded, changed);
+    QCOMPARE(value(QStringLiteral("RTC0.PRESCALER.PRESCALER")), QStringLiteral("63"));
+    QVERIFY(!m_window->isWindowModified());
+    // Nothing of the file was left over.
+    QVERIFY(m_window->unresolvedDialog()->leftText().isEmpty());
+    QVERIFY(m_window->unresolvedDialog()->rightText().isEmpty());
+
+    // Saved again, the file is the same, byte for byte, digest included.
+    const QString second = path(QStringLiteral("second.qlnp"));
+    QVERIFY(m_window->saveConfiguration(second));
+    const QByteArray bytes = readTextFile(first).toUtf8();
+    QCOMPARE(readTextFile(second).toUtf8(), bytes);
+    const QByteArray digest = QCryptographicHash::hash(bytes.mid(bytes.indexOf("</checksum>")), QCryptographicHash::Sha256).toHex();
+    QVERIFY(bytes.contains("<checksum>" + digest + "</checksum>"));
+}
+
+void TestConfigurationFiles::migrationMovesAndDrops()
+{
+    writeConfiguration(QStringLiteral("moved.qlnp"), m_mini,
+                       "        <SpinBox><define>P.OLD.F</define><value>5</value><dispValue>5</dispValue></SpinBox>\n"
+                       "        <SpinBox><define>GONE</define><value>1</value><dispValue>1</dispValue></SpinBox>\n"
+                       "        <SpinBox><define>UNKNOWN</define><value>3</value><dispValue>3</dispValue></SpinBox>\n"
+                       "        <SpinBox><define>P.R.G</define><value>9</value><dispValue>9</dispValue></SpinBox>\n");
+    QVERIFY(m_window->load(path(QStringLiteral("moved.qlnp"))));
+    // P.OLD.F moved to the register P_R: its value lands in the bits of F.
+    QCOMPARE(value(QStringLiteral("P.R.F")), QStringLiteral("5"));
+    // The moved value is the whole register's: G's bits of it are 0.
+    QCOMPARE(value(QStringLiteral("P.R.G")), QStringLiteral("0"));
+    QCOMPARE(value(QStringLiteral("KEEP")), QStringLiteral("7"));
+    UnresolvedDialog *dialog = m_window->unresolvedDialog();
+    QCOMPARE(dialog->leftText(), QStringLiteral("#define UNKNOWN 3"));
+    QCOMPARE(dialog->rightText().trimmed(), QStringLiteral("KEEP"));
+    // Quiet runs keep the lists in the console instead of showing them.
+    QVERIFY(!dialog->isVisible());
+    const QString console = m_window->console()->plainText();
+    QVERIFY(console.contains(QLatin1String("Found in QLNP but not in XML (potential loss of data):\n#define UNKNOWN 3")));
+    QVERIFY(console.contains(QLatin1String("Found in XML but not in QLNP (not critical):\nKEEP")));
+    QVERIFY(!console.contains(QLatin1String("GONE")));
+}
+
+void TestConfigurationFiles::ownConfigurationLeavesNothingOver()
+{
+    QVERIFY(m_window->open(m_mini));
+    m_window->startUp(false);
+    QVERIFY(set(QStringLiteral("KEEP"), QStringLiteral("11")));
+    QVERIFY(m_window->saveConfiguration(path(QStringLiteral("own.qlnp"))));
+    m_window->console()->clearConsole();
+    QVERIFY(m_window->load(path(QStringLiteral("own.qlnp"))));
+    QCOMPARE(value(QStringLiteral("KEEP")), QStringLiteral("11"));
+    QVERIFY(!m_window->console()->plainText().contains(QLatin1String("Found in")));
+
+    // A migration file that went missing closes the document after the load.
+    QFile::rename(path(QStringLiteral("migrate.txt")), path(QStringLiteral("migrate.off")));
+    const bool loaded = m_window->load(path(QStringLiteral("own.qlnp")));
+    QFile::rename(path(QStringLiteral("migrate.off")), path(QStringLiteral("migrate.txt")));
+    QVERIFY(!loaded);
+    QVERIFY(m_window->console()->plainText().contains(QLatin1String("Cannot open file ") + path(QStringLiteral("migrate.txt"))));
+    QVERIFY(!m_window->document()->tables().element(QStringLiteral("KEEP")));
+}
+
+void TestConfigurationFiles::oldDefinesFollowTheMigration()
+{
+    const QString old = path(QStringLiteral("old.h"));
+    QVERIFY(writeTextFile(old, "/* exported long ago */\n"
+                               "#define Config_File mini.xml\n"
+                               "#define NVXQuillon_Version 1.0\n"
+                               "#define OLDP_R 0x35\n"
+                               "#define GONE 1\n"
+                               "#define NOWHERE_REG 4\n"));
+    QVERIFY(m_window->load(old));
+    QCOMPARE(value(QStringLiteral("P.R.F")), QStringLiteral("5"));
+    QCOMPARE(value(QStringLiteral("P.R.G")), QStringLiteral("3"));
+    QVERIFY(QFileInfo::exists(old + QStringLiteral(".bak")));
+    QCOMPARE(m_window->unresolvedDialog()->leftText(), QStringLiteral("#define NOWHERE_REG 4"));
+    // KEEP has no register of the SVD file; it is not expected from a
+    // text of registers.
+    QVERIFY(m_window->unresolvedDialog()->rightText().trimmed().isEmpty());
+}
+
+void TestConfigurationFiles::differencesAgainstASavedFile()
+{
+    QVERIFY(m_window->open(m_mini));
+    m_window->startUp(false);
+    const QString saved = path(QStringLiteral("compare.qlnp"));
+    QVERIFY(m_window->saveConfiguration(saved));
+
+    DiffDialog *dialog = m_window->diffDialog();
+    m_window->showDifferences(saved);
+    QCOMPARE(dialog->rowCount(), 0);
+
+    QVERIFY(set(QStringLiteral("P.R.G"), QStringLiteral("12")));
+    m_window->showDifferences(saved);
+    QCOMPARE(dialog->rowCount(), 1);
+    QCOMPARE(dialog->cell(0, 0), QStringLiteral("P.R.G"));
+    QCOMPARE(dialog->cell(0, 1), QStringLiteral("12"));
+    QCOMPARE(dialog->cell(0, 2), QStringLiteral("2"));
+    QVERIFY(dialog->windowTitle().endsWith(QLatin1String(" compare.qlnp")));
+    // The form is left as it is.
+    QCOMPARE(value(QStringLiteral("P.R.G")), QStringLiteral("12"));
+
+    QSignalSpy requested(dialog, &DiffDialog::elementRequested);
+    dialog->on_doubleClicked(dialog->findChild<QTableWidget *>()->model()->index(0, 2));
+    QCOMPARE(requested.value(0).value(0).toString(), QStringLiteral("P.R.G"));
+}
+
+QTEST_MAIN(TestConfigurationFiles)
+#include "tst_configurationfiles.moc"
