@@ -1,5 +1,7 @@
 // Times the SVD model read against a bare tokenising pass over the same
-// bytes. The model read should cost at most 1.5 times the bare pass.
+// bytes, and, when libxml2's xmllint is installed, against
+// `xmllint --stream --noout` on the file (a whole process, start included).
+// The model read should cost at most 1.5 times the bare pass.
 //
 //   bench_svd [file.svd ...]     (default: every *.svd in /work/shared/svd)
 
@@ -14,6 +16,8 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
 #include <QXmlStreamReader>
 
 #include <algorithm>
@@ -71,6 +75,18 @@ ModelRun modelPass(const QByteArray &bytes)
     return run;
 }
 
+// Milliseconds of one xmllint streaming pass, or -1 when it failed.
+double xmllintPass(const QString &xmllint, const QString &path)
+{
+    QElapsedTimer timer;
+    timer.start();
+    QProcess process;
+    process.start(xmllint, {QStringLiteral("--stream"), QStringLiteral("--noout"), path});
+    if (!process.waitForFinished(60000) || process.exitCode() != 0)
+        return -1;
+    return timer.nsecsElapsed() / 1e6;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -83,7 +99,9 @@ int main(int argc, char **argv)
             files.append(dir.filePath(name));
     }
 
-    std::printf("%-34s %8s %6s %7s %10s %10s %6s\n", "file", "KiB", "periph", "regs", "bare ms", "model ms", "ratio");
+    const QString xmllint = QStandardPaths::findExecutable(QStringLiteral("xmllint"));
+    std::printf("%-34s %8s %6s %7s %10s %10s %6s %11s\n", "file", "KiB", "periph", "regs", "bare ms", "model ms", "ratio",
+                "xmllint ms");
     bool allOk = true;
     for (const QString &path : qAsConst(files)) {
         QFile file(path);
@@ -96,6 +114,7 @@ int main(int argc, char **argv)
 
         std::vector<double> bare;
         std::vector<double> model;
+        std::vector<double> lint;
         ModelRun last;
         // One untimed round of each warms caches and the allocator.
         barePass(bytes);
@@ -104,11 +123,14 @@ int main(int argc, char **argv)
             bare.push_back(barePass(bytes));
             last = modelPass(bytes);
             model.push_back(last.ms);
+            if (!xmllint.isEmpty())
+                lint.push_back(xmllintPass(xmllint, path));
         }
         const double b = median(bare);
         const double m = median(model);
-        std::printf("%-34s %8.0f %6d %7d %10.2f %10.2f %6.2f%s\n", qPrintable(QFileInfo(path).fileName()),
-                    bytes.size() / 1024.0, last.peripherals, last.registers, b, m, m / b,
+        const double l = lint.empty() ? -1 : median(lint);
+        std::printf("%-34s %8.0f %6d %7d %10.2f %10.2f %6.2f %11.2f%s\n", qPrintable(QFileInfo(path).fileName()),
+                    bytes.size() / 1024.0, last.peripherals, last.registers, b, m, m / b, l,
                     last.ok ? "" : "  (read failed)");
         allOk = allOk && last.ok;
     }
