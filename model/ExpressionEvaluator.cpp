@@ -155,6 +155,22 @@ double ExpressionEvaluator::operandValue(const Expression::Operand &operand) con
     return 0;
 }
 
+bool ExpressionEvaluator::isDefined(const Expression::Operand &operand) const
+{
+    if (operand.constant)
+        return true;
+    if (DocumentTables *t = tables()) {
+        if (t->elements.contains(operand.token) || t->dataValues.contains(operand.token))
+            return true;
+        const int kind = operand.kind;
+        if ((kind <= Selectors::DefineValue || kind == Selectors::Address) && t->elements.contains(operand.reduced))
+            return true;
+    }
+    int index = 0;
+    const TabIndexLookup &lookup = tabIndexLookup();
+    return lookup && lookup(operand.reduced, &index);
+}
+
 double ExpressionEvaluator::evaluate(const QStringList &postfix, const QStringList &literals,
                                      const QStringList &names, bool *ok) const
 {

@@ -33,6 +33,9 @@ public:
     // Anything else reports "Invalid value in formula" and gives 0.
     double operandValue(const QString &token) const;
     double operandValue(const Expression::Operand &operand) const;
+    // Whether operandValue finds something for the operand (a constant, an
+    // element, a data value or a tab page), without a report.
+    bool isDefined(const Expression::Operand &operand) const;
 
     // True for an empty text. A condition with a quoted string compares a
     // LineEdit's or TextEdit's text: `define=="text"` or `define!="text"`.

@@ -5,9 +5,11 @@
 #include "elements/LineEdit.h"
 #include "elements/DataClass.h"
 #include "elements/MessageSink.h"
+#include "elements/Reports.h"
 #include "elements/SlotWiring.h"
 #include "model/BitField.h"
 #include "model/DefineText.h"
+#include "model/ExpressionEvaluator.h"
 #include "model/HardwareModel.h"
 #include "model/LockEngine.h"
 #include "model/Peripheral.h"
@@ -168,6 +170,20 @@ void Document::startUp(bool afterLoad, const QString &configurationName)
     // at once.
     m_locks->checkAfterLoad();
     reapplyLocks();
+    checkFormulaOperands();
+}
+
+void Document::checkFormulaOperands()
+{
+    // Every name a formula reads must stand for something; one report per
+    // name, in a stable order.
+    ExpressionEvaluator evaluator(&m_tables);
+    QStringList names = m_tables.mathDependents.keys();
+    names.sort();
+    for (const QString &name : qAsConst(names)) {
+        if (!evaluator.isDefined(Expression::Operand::fromToken(name)))
+            Report::formulaElementUndefined(name);
+    }
 }
 
 void Document::reapplyLocks()

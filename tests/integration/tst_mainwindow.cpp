@@ -1,6 +1,7 @@
 #include <QtTest>
 
 #include "QuillonRun.h"
+#include "RecordingSink.h"
 #include "elements/DataClass.h"
 #include "elements/DocumentTables.h"
 #include "shell/Console.h"
@@ -25,6 +26,7 @@ private slots:
     void nothingAskedWithoutLoadSave();
     void dropOpensDescriptions();
     void saveWritesSignedConfiguration();
+    void formulaNamesCheckedAtStartUp();
 
 private:
     QString writeDescription(const QString &name, const QByteArray &body, const QByteArray &rootExtra = QByteArray());
@@ -172,6 +174,24 @@ void TestMainWindow::saveWritesSignedConfiguration()
     // A folder that can't be written leaves nothing behind and says so.
     QVERIFY(!window.saveConfiguration(QStringLiteral("/nonexistent-folder/x.qlnp")));
     QVERIFY(window.console()->plainText().contains(QLatin1String("Cannot open file /nonexistent-folder/x.qlnp")));
+}
+
+void TestMainWindow::formulaNamesCheckedAtStartUp()
+{
+    const QString path = writeDescription(QStringLiteral("formulas.xml"),
+                                          "<verticalcontainer>"
+                                          "<spinbox define=\"S\" svd=\"0\" range=\"0;9\"/>"
+                                          "<math define=\"TWICE\" formula=\"S * 2\"/>"
+                                          "<math formula=\"TWICE + MISSING_X + S\"/>"
+                                          "<math formula=\"MISSING_X - 1\"/>"
+                                          "</verticalcontainer>");
+    MainWindow window(quietOptions());
+    RecordingSink sink;
+    QVERIFY(window.open(path));
+    window.startUp(false);
+    // Once per name, however many formulas read it; math labels' own
+    // defines count.
+    QCOMPARE(sink.errors.filter(QStringLiteral("Element used in formula")), QStringList{QStringLiteral("Element used in formula not defined: \"MISSING_X\"")});
 }
 
 QTEST_MAIN(TestMainWindow)
