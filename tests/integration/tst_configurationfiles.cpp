@@ -67,18 +67,15 @@ void TestConfigurationFiles::initTestCase()
                                                               "P.OLD.F   P_R\n"
                                                               "OLDP_R P_R\n"
                                                               "GONE\n"));
-    const QByteArray text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<nvxmlcfg version=\"2.0.0\">\n"
-                            "\t<checksum>0000000000000000000000000000000000000000000000000000000000000000</checksum>\n"
-                            "<svd file=\"mini.svd\"/>\n<migration file=\"migrate.txt\"/>\n"
-                            "<verticalcontainer label=\"Form\">\n"
+    const QByteArray form = "<verticalcontainer label=\"Form\">\n"
                             " <header file=\"mini.h\">\n"
                             "  <spinbox define=\"P.R.F\" range=\"0;15\" default=\"1\"/>\n"
                             "  <spinbox define=\"P.R.G\" range=\"0;15\" default=\"2\"/>\n"
                             " </header>\n"
                             " <spinbox define=\"KEEP\" svd=\"0\" range=\"0;99\" default=\"7\"/>\n"
-                            "</verticalcontainer>\n</nvxmlcfg>\n";
+                            "</verticalcontainer>\n";
     m_mini = path(QStringLiteral("mini.xml"));
-    QVERIFY(writeTextFile(m_mini, signedDescription(text)));
+    QVERIFY(writeDescription(m_mini, "<svd file=\"mini.svd\"/>\n<migration file=\"migrate.txt\"/>\n", form));
 }
 
 void TestConfigurationFiles::init()

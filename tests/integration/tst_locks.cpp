@@ -101,12 +101,8 @@ void TestLocks::initTestCase()
     QCoreApplication::setOrganizationName(QStringLiteral("Norvane Technologies"));
     QVERIFY(m_dir.isValid());
     QVERIFY(writeTextFile(m_dir.filePath(QStringLiteral("mini.svd")), kSvd));
-    const QByteArray text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<nvxmlcfg version=\"2.0.0\">\n"
-                            "\t<checksum>0000000000000000000000000000000000000000000000000000000000000000</checksum>\n"
-                            "<svd file=\"mini.svd\"/>\n"
-        + kForm + "\n</nvxmlcfg>\n";
     m_path = m_dir.filePath(QStringLiteral("locks.xml"));
-    QVERIFY(writeTextFile(m_path, signedDescription(text)));
+    QVERIFY(writeDescription(m_path, "<svd file=\"mini.svd\"/>\n", kForm));
 }
 
 void TestLocks::init()

@@ -48,12 +48,8 @@ void TestMainWindow::initTestCase()
 
 QString TestMainWindow::writeDescription(const QString &name, const QByteArray &body, const QByteArray &rootExtra)
 {
-    const QByteArray text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<nvxmlcfg version=\"2.0.0\">\n"
-                            "\t<checksum>0000000000000000000000000000000000000000000000000000000000000000</checksum>\n"
-                            "<svd file=\"mini.svd\"/>\n"
-        + rootExtra + body + "\n</nvxmlcfg>\n";
     const QString path = m_dir.filePath(name);
-    writeTextFile(path, signedDescription(text));
+    ::writeDescription(path, "<svd file=\"mini.svd\"/>\n" + rootExtra, body);
     return path;
 }
 

@@ -58,12 +58,8 @@ void TestScriptValues::initTestCase()
     QVERIFY(m_dir.isValid());
     QVERIFY(writeTextFile(m_dir.filePath(QStringLiteral("none.svd")),
                           "<?xml version=\"1.0\"?>\n<device><name>NONE</name><peripherals/></device>\n"));
-    const QByteArray text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<nvxmlcfg version=\"2.0.0\">\n"
-                            "\t<checksum>0000000000000000000000000000000000000000000000000000000000000000</checksum>\n"
-                            "<svd file=\"none.svd\"/>\n"
-        + kForm + "\n</nvxmlcfg>\n";
     m_path = m_dir.filePath(QStringLiteral("values.xml"));
-    QVERIFY(writeTextFile(m_path, signedDescription(text)));
+    QVERIFY(writeDescription(m_path, "<svd file=\"none.svd\"/>\n", kForm));
 }
 
 void TestScriptValues::init()

@@ -79,3 +79,11 @@ QByteArray signedDescription(QByteArray text)
     text.replace(open + 10, close - open - 10, digest);
     return text;
 }
+
+bool writeDescription(const QString &path, const QByteArray &head, const QByteArray &body)
+{
+    const QByteArray text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<nvxmlcfg version=\"2.0.0\">\n"
+                            "\t<checksum>0000000000000000000000000000000000000000000000000000000000000000</checksum>\n"
+        + head + body + "\n</nvxmlcfg>\n";
+    return writeTextFile(path, signedDescription(text));
+}

@@ -26,3 +26,6 @@ QString readTextFile(const QString &path);
 bool writeTextFile(const QString &path, const QByteArray &content);
 // A description text with a correct digest (the placeholder replaced).
 QByteArray signedDescription(QByteArray text);
+// Writes a signed description of version 2.0.0: its root holds `head`
+// (the svd element and the like) and then `body`.
+bool writeDescription(const QString &path, const QByteArray &head, const QByteArray &body);
