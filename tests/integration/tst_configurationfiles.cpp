@@ -1,6 +1,7 @@
 #include <QtTest>
 
 #include "QuillonRun.h"
+#include "RecordingSink.h"
 #include "elements/ActiveElement.h"
 #include "elements/DocumentTables.h"
 #include "shell/Console.h"
@@ -30,6 +31,8 @@ private slots:
     void ownConfigurationLeavesNothingOver();
     void oldDefinesFollowTheMigration();
     void differencesAgainstASavedFile();
+    void badConfigurations_data();
+    void badConfigurations();
 
 private:
     QString value(const QString &define, int kind = 0) const
@@ -241,6 +244,83 @@ void TestConfigurationFiles::differencesAgainstASavedFile()
     QSignalSpy requested(dialog, &DiffDialog::elementRequested);
     dialog->on_doubleClicked(dialog->findChild<QTableWidget *>()->model()->index(0, 2));
     QCOMPARE(requested.value(0).value(0).toString(), QStringLiteral("P.R.G"));
+}
+
+void TestConfigurationFiles::badConfigurations_data()
+{
+    const QByteArray keep = "        <SpinBox><define>KEEP</define><value>11</value><dispValue>11</dispValue></SpinBox>\n";
+    QTest::addColumn<QByteArray>("records");
+    // What the file becomes after it was written with its digest.
+    QTest::addColumn<QByteArray>("from");
+    QTest::addColumn<QByteArray>("to");
+    QTest::addColumn<bool>("loads");
+    QTest::addColumn<QString>("keep");
+    QTest::addColumn<QString>("error");
+
+    QTest::newRow("intact") << keep << QByteArray() << QByteArray() << true << "11" << "";
+    QTest::newRow("edited by hand: told, loaded")
+        << keep << QByteArray("<value>11</value>") << QByteArray("<value>12</value>") << true << "12"
+        << "File %1 has been manipulated\nDo not use it!";
+    QTest::newRow("wrong root") << keep << QByteArray("qlnpxml") << QByteArray("otherxml") << false << "7"
+                                << "Cannot read file %1:\nWarning: Wrong QLNP Version";
+    QTest::newRow("truncated") << keep << QByteArray("</SpinBox>\n    </ActiveElements>\n</qlnpxml>\n") << QByteArray("</Spin")
+                               << false << "7" << "Cannot read file %1:\n";
+    QTest::newRow("description gone") << keep << QByteArray("mini.xml</XmlFile>") << QByteArray("gone.xml</XmlFile>")
+                                      << false << "7" << "Could not find \"%2/gone.xml\".\nPlease check script folder settings.";
+    QTest::newRow("unknown class skipped")
+        << QByteArray("        <Widget><define>KEEP</define><value>3</value></Widget>\n") << QByteArray() << QByteArray()
+        << true << "7" << "";
+    QTest::newRow("junk value") << QByteArray("        <SpinBox><define>KEEP</define><value>banana</value></SpinBox>\n")
+                                << QByteArray() << QByteArray() << true << "7"
+                                << "Trying to load \"KEEP\" with invalid value \"banana\"";
+    QTest::newRow("out of range") << QByteArray("        <SpinBox><define>KEEP</define><value>100</value></SpinBox>\n")
+                                  << QByteArray() << QByteArray() << true << "7"
+                                  << "Trying to load \"KEEP\" with invalid value \"100\"";
+}
+
+void TestConfigurationFiles::badConfigurations()
+{
+    QFETCH(QByteArray, records);
+    QFETCH(QByteArray, from);
+    QFETCH(QByteArray, to);
+    QFETCH(bool, loads);
+    QFETCH(QString, keep);
+    QFETCH(QString, error);
+
+    QVERIFY(m_window->open(m_mini));
+    m_window->startUp(false);
+    const QString name = QStringLiteral("bad.qlnp");
+    writeConfiguration(name, m_mini, records);
+    QByteArray bytes = readTextFile(path(name)).toUtf8();
+    if (!from.isEmpty()) {
+        QVERIFY(bytes.contains(from));
+        bytes.replace(from, to);
+        QVERIFY(writeTextFile(path(name), bytes));
+    }
+    RecordingSink sink;
+    QCOMPARE(m_window->load(path(name)), loads);
+    // Errors of a failed load come with the home page's own complaint in
+    // the test folder; only the configuration's are looked at.
+    const QStringList errors = sink.errors.filter(QStringLiteral("index.xml")).isEmpty()
+        ? sink.errors
+        : sink.errors.mid(0, sink.errors.size() - 1);
+    if (error.isEmpty()) {
+        QVERIFY2(errors.isEmpty(), qPrintable(errors.join('\n')));
+    } else {
+        const QString expected = QString(error).replace(QStringLiteral("%1"), path(name)).replace(QStringLiteral("%2"), m_dir.path());
+        bool found = false;
+        for (const QString &e : errors)
+            found = found || e.startsWith(expected);
+        QVERIFY2(found, qPrintable(errors.join('\n')));
+    }
+    if (loads) {
+        QCOMPARE(value(QStringLiteral("KEEP")), keep);
+    } else {
+        // A configuration that can't be read closes the form; the file
+        // itself is left as it was.
+        QVERIFY(!m_window->document()->tables().element(QStringLiteral("KEEP")));
+        QCOMPARE(readTextFile(path(name)).toUtf8(), bytes);
+    }
 }
 
 QTEST_MAIN(TestConfigurationFiles)
