@@ -187,6 +187,16 @@ bool ScriptCommands::run(int code)
     case Set: return set();
     case Clicked: return clicked();
     case WriteBsl: return writeBsl();
+    case SetTavLogging:
+        m_host.setStickLogging(quint16(pTrimmed(0).toUInt()), pTrimmed(1).toUInt() != 0, pTrimmed(2));
+        return true;
+    case SetTavCheck: m_host.setStickCheckMode(quint16(pTrimmed(0).toUInt())); return true;
+    case SendTask: {
+        // Unsigned 16-bit numbers; task and arg3 keep their low byte.
+        auto number = [this](int i) { return quint16(pTrimmed(i).toUShort()); };
+        m_host.sendTask(pTrimmed(0), quint8(number(1) & 0xFF), number(2), quint8(number(3) & 0xFF), number(4));
+        return true;
+    }
     case ReadBsl: return true;
     case OpenFileDialog: return openFileDialog();
     case Download: return download();

@@ -43,6 +43,12 @@ public:
     virtual QString svdPath() const = 0;
     virtual QString migrationPath() const = 0;
 
+    // The stick link: its traffic log, the check mode of replies and the
+    // task download (1 on success).
+    virtual void setStickLogging(quint16 mode, bool timestamps, const QString &fileName) = 0;
+    virtual void setStickCheckMode(quint16 mode) = 0;
+    virtual quint8 sendTask(const QString &fileName, quint8 task, quint16 arg2, quint8 arg3, quint16 arg4) = 0;
+
     // The window.
     virtual void raiseElement(QWidget *widget) = 0;
     virtual void setFullScreen(bool on) = 0;

@@ -138,6 +138,15 @@ void DataClass::setBytes(int first, int last)
     emitUpdates();
 }
 
+void DataClass::setBytes(const QByteArray &bytes)
+{
+    quint32 v = 0;
+    for (const char byte : bytes)
+        v = (v << 8) | quint8(byte);
+    value = v;
+    emitUpdates();
+}
+
 void DataClass::applyDefault()
 {
     const QString def = property("my_default").toString();

@@ -27,6 +27,9 @@ public:
     // Composes a value from bytes first..last of the buffer (first is the
     // most significant) and stores it.
     void setBytes(int first, int last);
+    // Folds bytes into the value, the first most significant (a reply from
+    // the board), and announces the change.
+    void setBytes(const QByteArray &bytes);
     void applyDefault();
 
     // Binds to the target; the DataClass owns the record.

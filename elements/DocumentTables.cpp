@@ -64,6 +64,7 @@ void DocumentTables::clear()
     timers.clear();
     pushButtons.clear();
     containers.clear();
+    timerTasks.clear();
     changedHeaders.clear();
 }
 

@@ -6,6 +6,7 @@
 #include <QString>
 #include <functional>
 
+#include "device/TimerTask.h"
 #include "elements/ElementList.h"
 
 class ActiveElement;
@@ -70,6 +71,9 @@ public:
     QHash<QString, QObject *> timers;
     QHash<QString, QObject *> pushButtons;
     QHash<QString, Container *> containers;
+
+    // The polling tasks of the `communication` elements, in document order.
+    QList<TimerTask> timerTasks;
 
     // Header name -> changed since the last export. A QMap, so exports walk
     // the headers in a fixed order.

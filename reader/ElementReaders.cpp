@@ -1,5 +1,6 @@
 #include "reader/ElementReaders.h"
 
+#include "reader/CommunicationReader.h"
 #include "reader/DescriptionReader.h"
 #include "reader/DisplayElementReaders.h"
 #include "reader/ValueElementReaders.h"
@@ -10,4 +11,5 @@ void ElementReaders::install(DescriptionReader &reader)
     ValueElementReaders::install(reader);
     DisplayElementReaders::install(reader);
     VarReader::install(reader);
+    CommunicationReader::install(reader);
 }

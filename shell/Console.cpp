@@ -219,3 +219,27 @@ void Console::readConsole(const QString &text)
     html.replace(QLatin1Char('\n'), QLatin1String("<br>"));
     consolePrint(html);
 }
+
+void Console::showTerminal()
+{
+    if (m_tabs->indexOf(m_terminal) < 0)
+        m_tabs->addTab(m_terminal, tr("Terminal"));
+    m_tabs->setCurrentWidget(m_terminal);
+    m_terminal->show();
+}
+
+void Console::appendTerminal(const QString &text)
+{
+    QString html = text;
+    html.replace(QLatin1String("\r\n"), QLatin1String("<br>"));
+    html.replace(QLatin1Char('\n'), QLatin1String("<br>"));
+    QTextCursor cursor = m_terminal->textCursor();
+    cursor.movePosition(QTextCursor::End);
+    m_terminal->setTextCursor(cursor);
+    m_terminal->insertHtml(html);
+    cursor.movePosition(QTextCursor::End);
+    m_terminal->setTextCursor(cursor);
+    m_terminal->ensureCursorVisible();
+    if (m_dock->isHidden() && !m_hiddenByUser)
+        m_dock->show();
+}

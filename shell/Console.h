@@ -49,6 +49,11 @@ public:
     QTextBrowser *terminal() const { return m_terminal; }
     QMessageBox *messageBox() const { return m_box; }
 
+    // Shows the terminal view as the current tab "Terminal".
+    void showTerminal();
+    // Appends text from the terminal port (line ends become breaks).
+    void appendTerminal(const QString &text);
+
     // The text of the Log pane without markup.
     QString plainText() const;
 

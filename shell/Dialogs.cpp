@@ -4,6 +4,7 @@
 
 #include <QFileDialog>
 #include <QInputDialog>
+#include <QPushButton>
 
 namespace {
 bool g_quiet = false;
@@ -82,4 +83,29 @@ QString Dialogs::item(QWidget *parent, const QString &title, const QString &labe
         return QString();
     }
     return QInputDialog::getItem(parent, title, label, items, 0, false, ok);
+}
+
+bool Dialogs::choose(QWidget *parent, const QString &title, const QString &text, const QString &first,
+                     const QString &second)
+{
+    if (g_quiet)
+        return true;
+    QMessageBox box(QMessageBox::Question, title, text, QMessageBox::NoButton, parent);
+    QPushButton *firstButton = box.addButton(first, QMessageBox::YesRole);
+    box.addButton(second, QMessageBox::NoRole);
+    box.setDefaultButton(firstButton);
+    box.exec();
+    return box.clickedButton() == firstButton;
+}
+
+void Dialogs::message(QWidget *parent, QMessageBox::Icon icon, const QString &title, const QString &text)
+{
+    if (g_quiet) {
+        QString html = text;
+        html.replace(QLatin1Char('\n'), QLatin1String("<br>"));
+        consolePrint(html + QStringLiteral("<br>"));
+        return;
+    }
+    QMessageBox box(icon, title, text, QMessageBox::Ok, parent);
+    box.exec();
 }

@@ -28,6 +28,13 @@ public:
     static QString item(QWidget *parent, const QString &title, const QString &label, const QStringList &items,
                         bool *ok);
 
+    // Two answers with texts of their own; true for the first, which quiet
+    // mode takes.
+    static bool choose(QWidget *parent, const QString &title, const QString &text, const QString &first,
+                       const QString &second);
+    // A message box; in quiet mode its text goes to the console instead.
+    static void message(QWidget *parent, QMessageBox::Icon icon, const QString &title, const QString &text);
+
 private:
     static void reportSkipped(const QString &kind, const QString &title);
 };

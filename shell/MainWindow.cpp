@@ -16,6 +16,10 @@
 #include "config/ConfigurationWriter.h"
 #include "config/HeaderExporter.h"
 #include "config/OldConfigurationLoader.h"
+#include "device/DataTasks.h"
+#include "device/StickFirmware.h"
+#include "device/TerminalPort.h"
+#include "elements/TimerLabel.h"
 #include "automation/ScriptInterpreter.h"
 #include "shell/ActionTable.h"
 #include "shell/WindowScriptHost.h"
@@ -111,6 +115,18 @@ MainWindow::MainWindow(const StartOptions &options, QWidget *parent)
     m_scripts->setOutputFileName(options.outputLogFile);
     m_document = new Document(this, this);
     connectConflictSources();
+    m_traffic = new DataTasks(m_document->tables(), this);
+    m_traffic->setDefaultLogging(m_preferences.tavLoggingMode, m_preferences.tavLoggingTimeStamps,
+                                 m_preferences.tavLoggingFilename);
+    m_firmware = new StickFirmware(*m_traffic, this, this);
+    m_firmware->setTimersRunning = [this](bool running) {
+        for (QObject *object : qAsConst(m_document->tables().timers)) {
+            if (auto *timer = qobject_cast<TimerLabel *>(object))
+                running ? timer->start() : timer->stop();
+        }
+    };
+    m_terminal = new TerminalPort(this);
+    connect(m_terminal, &TerminalPort::textReady, m_console, &Console::appendTerminal);
     m_document->tables().onModified = [this] { setWindowModified(true); };
     m_scroll = new QScrollArea(this);
     m_scroll->setWidgetResizable(true);
@@ -185,6 +201,7 @@ MainWindow::MainWindow(const StartOptions &options, QWidget *parent)
 MainWindow::~MainWindow()
 {
     stopWorkers();
+    m_traffic->closeDocument();
     delete m_actions;
     delete m_scriptHost;
     if (g_mainWindow == this)
@@ -385,8 +402,46 @@ void MainWindow::setDocumentActionsEnabled(bool enabled)
 
 void MainWindow::stopWorkers()
 {
-    // The serial and J-Link workers join here once they exist; nothing runs
-    // in the background without them.
+    // The J-Link worker joins here once it exists.
+    m_traffic->stopPolling();
+}
+
+void MainWindow::openTerminal()
+{
+    m_terminal->close();
+    const DocumentState &state = m_document->state();
+    if (state.terminalPort.isEmpty())
+        return;
+    m_console->showTerminal();
+    if (!m_terminal->open(state.terminalPort, state.terminalSettings))
+        Report::cannotOpenFile(state.terminalPort, m_terminal->errorString());
+}
+
+// Board traffic: forwarded to the document's data tasks and the firmware.
+
+void MainWindow::sendUSB(const QString &s)
+{
+    m_traffic->sendUSB(s);
+}
+
+void MainWindow::recData(const QString &s)
+{
+    m_traffic->recData(s, sender() ? sender()->objectName() : QString());
+}
+
+void MainWindow::getTAVFWVersion()
+{
+    checkFirmwareVersion(false);
+}
+
+int MainWindow::checkFirmwareVersion(bool quiet)
+{
+    return m_firmware->checkFirmwareVersion(quiet);
+}
+
+void MainWindow::updateTAVFW()
+{
+    m_firmware->updateTAVFW();
 }
 
 void MainWindow::placeRoot()
@@ -441,6 +496,8 @@ void MainWindow::open()
 bool MainWindow::open(const QString &fName)
 {
     stopWorkers();
+    m_traffic->closeDocument();
+    m_terminal->close();
     QString fileName = fName;
     if (!QFileInfo::exists(fileName)) {
         fileName = Dialogs::openFileName(this, tr("Could not find %1!").arg(QFileInfo(fName).fileName()),
@@ -477,6 +534,10 @@ bool MainWindow::open(const QString &fName)
     }
 
     m_lastDocument = QFileInfo(fileName).absoluteFilePath();
+    const DocumentState &state = m_document->state();
+    m_traffic->openDocument(state.ioPort, state.ioSettings, state.iocheckMode, state.usesStick);
+    m_firmware->setRange(state.fwVersionMin, state.fwVersionMax);
+    openTerminal();
     m_document->tables().changedHeaders.clear();
     setDocumentActionsEnabled(true);
     setWindowTitle(QStringLiteral("Quillon ") + QDir::toNativeSeparators(m_lastDocument) + QStringLiteral("[*]"));
@@ -503,6 +564,8 @@ void MainWindow::newProject()
     if (!maybeSave())
         return;
     stopWorkers();
+    m_traffic->closeDocument();
+    m_terminal->close();
     const QString index = QDir(m_preferences.scriptsDir).filePath(QStringLiteral("index.xml"));
     if (!QFileInfo::exists(index)) {
         if (m_scroll->widget())
@@ -521,10 +584,15 @@ void MainWindow::newProject()
 void MainWindow::startUp(bool afterLoad)
 {
     QApplication::setOverrideCursor(Qt::WaitCursor);
+    m_traffic->choosePort(this);
+    m_traffic->checkStick(this);
     m_document->setLoading(true);
     m_document->startUp(afterLoad, m_configurationPath);
     m_document->setLoading(false);
+    if (m_ini.checkFwVersionOnLoad && m_traffic->usesStick)
+        checkFirmwareVersion(true);
     setWindowModified(false);
+    m_traffic->startPolling();
     QApplication::restoreOverrideCursor();
 }
 
@@ -590,6 +658,8 @@ void MainWindow::showSettingsDialog()
     if (Dialogs::quiet())
         return;
     dialog.exec();
+    m_traffic->setDefaultLogging(m_preferences.tavLoggingMode, m_preferences.tavLoggingTimeStamps,
+                                 m_preferences.tavLoggingFilename);
 }
 
 void MainWindow::showHelp()

@@ -11,6 +11,9 @@
 #include "shell/StartOptions.h"
 
 class ActionTable;
+class DataTasks;
+class StickFirmware;
+class TerminalPort;
 class ScriptInterpreter;
 class WindowScriptHost;
 class MathCascade;
@@ -172,6 +175,20 @@ public slots:
 public:
     MathCascade &mathCascade();
 
+    // Board traffic over the stick link; the work is DataTasks' and
+    // StickFirmware's.
+public slots:
+    void sendUSB(const QString &s);
+    void recData(const QString &s);
+    void getTAVFWVersion();
+    void updateTAVFW();
+    int checkFirmwareVersion(bool quiet);
+
+public:
+    DataTasks &dataTasks() { return *m_traffic; }
+    StickFirmware &stickFirmware() { return *m_firmware; }
+    TerminalPort *terminalPort() const { return m_terminal; }
+
     // Locks between elements and the conflicts they cause; the work is
     // the document's LockEngine.
 public slots:
@@ -208,6 +225,7 @@ private:
     // Moves what the migration file knows, then shows what is left; false
     // when the migration file can't be read.
     bool resolveLeftovers(const QStringList &unresolved, const QStringList &unseen);
+    void openTerminal();
     QString disclaimerPath();
 
     StartOptions m_options;
@@ -234,4 +252,7 @@ private:
     int m_exitCode = 0;
     bool m_homePage = false;
     std::unique_ptr<MathCascade> m_mathCascade;
+    DataTasks *m_traffic = nullptr;
+    StickFirmware *m_firmware = nullptr;
+    TerminalPort *m_terminal = nullptr;
 };

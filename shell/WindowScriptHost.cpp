@@ -1,5 +1,7 @@
 #include "shell/WindowScriptHost.h"
 
+#include "device/DataTasks.h"
+
 #include "config/Checksum.h"
 #include "elements/DefineAssignment.h"
 #include "shell/Console.h"
@@ -171,4 +173,19 @@ void WindowScriptHost::exitWithCode(int closeMode, int exitCode)
 bool WindowScriptHost::exitRequested() const
 {
     return m_window.exitRequested();
+}
+
+void WindowScriptHost::setStickLogging(quint16 mode, bool timestamps, const QString &fileName)
+{
+    m_window.dataTasks().setLogging(mode, timestamps, fileName);
+}
+
+void WindowScriptHost::setStickCheckMode(quint16 mode)
+{
+    m_window.dataTasks().ioCheckMode = mode;
+}
+
+quint8 WindowScriptHost::sendTask(const QString &fileName, quint8 task, quint16 arg2, quint8 arg3, quint16 arg4)
+{
+    return m_window.dataTasks().sendTask(fileName, task, arg2, arg3, arg4);
 }

@@ -33,6 +33,9 @@ public:
     QString descriptionPath() const override;
     QString svdPath() const override;
     QString migrationPath() const override;
+    void setStickLogging(quint16 mode, bool timestamps, const QString &fileName) override;
+    void setStickCheckMode(quint16 mode) override;
+    quint8 sendTask(const QString &fileName, quint8 task, quint16 arg2, quint8 arg3, quint16 arg4) override;
     void raiseElement(QWidget *widget) override;
     void setFullScreen(bool on) override;
     bool isFullScreenMode() const override;
