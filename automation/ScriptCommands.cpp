@@ -227,7 +227,8 @@ bool ScriptCommands::version()
                      .arg(AppVersion::text(), QCoreApplication::applicationFilePath(), QDir::currentPath(),
                           m_host.scriptsDir(), m_host.workingDir(),
                           QFileInfo(m_host.descriptionPath()).absolutePath(),
-                          QCoreApplication::applicationDirPath(), m_host.descriptionPath(), m_host.svdPath())
+                          QCoreApplication::applicationDirPath() + QStringLiteral("/Tav-Stick_Firmware"),
+                          m_host.descriptionPath(), m_host.svdPath())
                      .arg(m_host.migrationPath()));
     return true;
 }

@@ -11,7 +11,9 @@
 #include "elements/Reports.h"
 #include "shell/Dialogs.h"
 
+#include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QThread>
 #include <algorithm>
 #include <QFile>
 #include <QFileInfo>
@@ -240,6 +242,28 @@ void DataTasks::recData(const QString &s, const QString &sender)
             Report::invalidRecData(token.name);
             return;
         }
+    }
+}
+
+bool DataTasks::waitForTableReply(int needed)
+{
+    if (!m_link)
+        return false;
+    QElapsedTimer clock;
+    clock.start();
+    qint64 deadline = kTableFirstWaitMs;
+    int last = m_link->receivedSize();
+    for (;;) {
+        const int available = m_link->receivedSize();
+        if (needed <= available)
+            return true;
+        if (available > last)
+            deadline = clock.elapsed() + kTableGrowthWaitMs;
+        last = available;
+        if (clock.elapsed() > deadline)
+            return false;
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        QThread::msleep(1);
     }
 }
 

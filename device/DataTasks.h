@@ -52,6 +52,12 @@ public:
     // The task download; 1 on success, 0xFF when nothing was sent, 0 when
     // the stick refused or stopped answering part way.
     quint8 sendTask(const QString &fileName, quint8 task, quint16 arg2, quint8 arg3, quint16 arg4);
+    // The wait of a table's transfer for its row's answer: 100 ms, 10 ms
+    // more after each growth of the reply, with the event loop running in
+    // 10 ms bursts meanwhile. True once needed bytes are held; false at
+    // the deadline or without a link.
+    bool waitForTableReply(int needed);
+
     // SETTAVLOGGING: the link's logging, made if needed.
     void setLogging(quint16 mode, bool timestamps, const QString &fileName);
 
@@ -63,6 +69,8 @@ public:
     // The spin waits for a reply: the first and the one after each growth.
     static const int kFirstWaitMs = 20;
     static const int kGrowthWaitMs = 10;
+    static const int kTableFirstWaitMs = 100;
+    static const int kTableGrowthWaitMs = 10;
 
     // The frames of a task download of payload (before the HID report
     // byte): the first, then each complete following frame.

@@ -38,6 +38,8 @@ private slots:
     void portDisappears();
     void portThatDoesNotExist();
     void terminalTab();
+    void portChosenAtLoad();
+    void scriptCommands();
     void exampleWithoutStick();
 
 private:
@@ -280,6 +282,43 @@ void TestSerialTraffic::terminalTab()
     QVERIFY(terminal.writeRaw(" ok\n"));
     QTRY_VERIFY(console->terminal()->toPlainText().contains(QLatin1String("boot ok")));
     QVERIFY(!console->plainText().contains(QLatin1String("boot ok")));
+}
+
+void TestSerialTraffic::portChosenAtLoad()
+{
+    // "?" asks for the port; a quiet run counts the question as cancelled
+    // and the port stays unchosen, so traffic goes nowhere.
+    QVERIFY(openWindow(writeDescription(QStringLiteral("ask.xml"), QStringLiteral("?"), QString())));
+    QVERIFY(m_sink->contains(QStringLiteral("selection \"Select a COM port\" counts as cancelled.")));
+    QCOMPARE(ioPortName, QStringLiteral("?"));
+    QVERIFY(m_sink->contains(QStringLiteral("This script uses an ?, but there can no one be found.")));
+    m_window->sendUSB(QStringLiteral("0x01"));
+    QCOMPARE(m_stick->framesSeen(), 0);
+}
+
+void TestSerialTraffic::scriptCommands()
+{
+    QVERIFY(openWindow(writeDescription(QStringLiteral("script.xml"), m_stick->portName(), QString())));
+    DataTasks &tasks = m_window->dataTasks();
+    // SETTAVCHECK takes its first parameter but wants two.
+    QVERIFY(!m_window->execScriptLine(QStringLiteral("SetTavCheck(0)"), 1));
+    QCOMPARE(tasks.ioCheckMode, quint16(3));
+    QVERIFY(m_window->execScriptLine(QStringLiteral("SetTavCheck(0, 0)"), 2));
+    QCOMPARE(tasks.ioCheckMode, quint16(0));
+    m_sink->clear();
+    m_window->recData(QStringLiteral("2:VALUE"));
+    QVERIFY(m_sink->console.isEmpty());
+    QCOMPARE(tasks.ioTimeoutCount, quint16(1));
+
+    const QString log = m_dir.filePath(QStringLiteral("script-traffic.log"));
+    QVERIFY(m_window->execScriptLine(QStringLiteral("SetTavLogging(3, 0, %1)").arg(log), 3));
+    m_window->sendUSB(QStringLiteral("0x04;0x2a"));
+    QCOMPARE(m_sink->console, QStringList{"<font color=\"green\">--> 0x04 0x2a </b></font><br>"});
+    QCOMPARE(readTextFile(log), QStringLiteral("<font color=\"green\">--> 0x04 0x2a </b></font><br>\n"));
+
+    // The task download is for the stick only.
+    QVERIFY(m_window->execScriptLine(QStringLiteral("SendTask(task.hex, 1, 1, 2, 3)"), 4));
+    QVERIFY(m_sink->contains(QStringLiteral("Currently loaded XML doesn't use an Tav.")));
 }
 
 void TestSerialTraffic::exampleWithoutStick()

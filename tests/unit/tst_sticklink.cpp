@@ -36,6 +36,7 @@ private slots:
     void trafficLog();
     void sendAndReceive();
     void timeoutsAndTheTenthRule();
+    void tableReplyWait();
     void taskFrames_data();
     void taskFrames();
     void taskDownload();
@@ -322,6 +323,17 @@ void TestStickLink::timeoutsAndTheTenthRule()
     tasks.recData(QStringLiteral("V"), QStringLiteral("A"));
     QCOMPARE(tasks.ioTimeoutCount, quint16(1));
     QVERIFY(m_sink->console.isEmpty());
+}
+
+void TestStickLink::tableReplyWait()
+{
+    DocumentTables tables;
+    DataTasks tasks(tables);
+    QVERIFY(!tasks.waitForTableReply(1));
+    m_hid.tavPresent = true;
+    tasks.sendUSB(QStringLiteral("0x01"));
+    QVERIFY(tasks.waitForTableReply(64));
+    QVERIFY(!tasks.waitForTableReply(65));
 }
 
 void TestStickLink::taskFrames_data()
