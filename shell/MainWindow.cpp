@@ -660,6 +660,10 @@ void MainWindow::showSettingsDialog()
     dialog.exec();
     m_traffic->setDefaultLogging(m_preferences.tavLoggingMode, m_preferences.tavLoggingTimeStamps,
                                  m_preferences.tavLoggingFilename);
+    // A link that is already open logs the new way from now on.
+    if (m_traffic->existingLink())
+        m_traffic->setLogging(m_preferences.tavLoggingMode, m_preferences.tavLoggingTimeStamps,
+                              m_preferences.tavLoggingFilename);
 }
 
 void MainWindow::showHelp()

@@ -36,9 +36,9 @@ private slots:
     void actionsOfAnElement();
     void pollingTask();
     void portDisappears();
-    void portThatDoesNotExist();
+    void portsThatDoNotOpen_data();
+    void portsThatDoNotOpen();
     void terminalTab();
-    void portChosenAtLoad();
     void scriptCommands();
     void exampleWithoutStick();
 
@@ -99,6 +99,9 @@ QString TestSerialTraffic::writeDescription(const QString &name, const QString &
                             "<verticalcontainer>\n"
                             " <spinbox define=\"TRIGGER\" svd=\"0\" range=\"0;100\">\n"
                             "  <action event=\"changed\" cmd=\"sendUSB\" data=\"0x02;2:COUNT\" recdata=\"2:VALUE\"/>\n"
+                            " </spinbox>\n"
+                            " <spinbox define=\"GATE\" svd=\"0\" range=\"0;100\">\n"
+                            "  <action event=\"changed\" cmd=\"sendUSB\" data=\"0x04;GATE\" cond=\"GATE&gt;2\"/>\n"
                             " </spinbox>\n"
                             " <spinbox define=\"VALUE\" svd=\"0\" range=\"0;65535\"/>\n"
                             " <spinbox define=\"COUNT\" svd=\"0\" range=\"0;65535\" default=\"258\"/>\n"
@@ -216,6 +219,15 @@ void TestSerialTraffic::actionsOfAnElement()
     // The next change's transfer brings the first reply in.
     QVERIFY(element(QStringLiteral("TRIGGER"))->setValue(QStringLiteral("2"), 0));
     QCOMPARE(element(QStringLiteral("VALUE"))->value(0), QString::number(0x0a0b));
+    QTRY_COMPARE(m_stick->framesSeen(), 2);
+
+    // An action runs only while its condition holds.
+    QVERIFY(element(QStringLiteral("GATE"))->setValue(QStringLiteral("2"), 0));
+    QTest::qWait(50);
+    QCOMPARE(m_stick->framesSeen(), 2);
+    QVERIFY(element(QStringLiteral("GATE"))->setValue(QStringLiteral("3"), 0));
+    QTRY_COMPARE(m_stick->framesSeen(), 3);
+    QCOMPARE(m_stick->lastFrame().toHex(), QByteArray("0403"));
 }
 
 void TestSerialTraffic::pollingTask()
@@ -252,15 +264,29 @@ void TestSerialTraffic::portDisappears()
     QCOMPARE(element(QStringLiteral("VALUE"))->value(0), QStringLiteral("0"));
 }
 
-void TestSerialTraffic::portThatDoesNotExist()
+void TestSerialTraffic::portsThatDoNotOpen_data()
 {
-    QVERIFY(openWindow(writeDescription(QStringLiteral("nowhere.xml"), QStringLiteral("/dev/quillon_no_such_tty"), QString())));
-    QVERIFY(m_sink->contains(QStringLiteral("This script uses an /DEV/QUILLON_NO_SUCH_TTY, but there can no one be found.<br>"
-                                            "Please connect one to the USB.<br>")));
+    QTest::addColumn<QString>("port");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("no such device") << "/dev/quillon_no_such_tty"
+                                    << "This script uses an /DEV/QUILLON_NO_SUCH_TTY, but there can no one be found.<br>"
+                                       "Please connect one to the USB.<br>";
+    // "?" asks; a quiet run counts the question as cancelled.
+    QTest::newRow("asked, not chosen") << "?" << "selection \"Select a COM port\" counts as cancelled.";
+}
+
+void TestSerialTraffic::portsThatDoNotOpen()
+{
+    QFETCH(QString, port);
+    QFETCH(QString, message);
+    QVERIFY(openWindow(writeDescription(QStringLiteral("closed.xml"), port, QString())));
+    QVERIFY2(m_sink->contains(message), qPrintable(m_sink->console.join(QLatin1Char('\n'))));
+    QCOMPARE(ioPortName, port.toUpper());
     QVERIFY(!stickConnected);
     m_window->sendUSB(QStringLiteral("0x01"));
     m_window->recData(QStringLiteral("VALUE"));
     QVERIFY(m_sink->contains(QStringLiteral("1 bytes needed, 0 available.")));
+    QCOMPARE(m_stick->framesSeen(), 0);
     // The firmware query is for the stick only.
     QCOMPARE(m_window->checkFirmwareVersion(true), -3);
     QVERIFY(m_sink->contains(QStringLiteral("Currently loaded XML doesn't use an Tav.")));
@@ -282,18 +308,6 @@ void TestSerialTraffic::terminalTab()
     QVERIFY(terminal.writeRaw(" ok\n"));
     QTRY_VERIFY(console->terminal()->toPlainText().contains(QLatin1String("boot ok")));
     QVERIFY(!console->plainText().contains(QLatin1String("boot ok")));
-}
-
-void TestSerialTraffic::portChosenAtLoad()
-{
-    // "?" asks for the port; a quiet run counts the question as cancelled
-    // and the port stays unchosen, so traffic goes nowhere.
-    QVERIFY(openWindow(writeDescription(QStringLiteral("ask.xml"), QStringLiteral("?"), QString())));
-    QVERIFY(m_sink->contains(QStringLiteral("selection \"Select a COM port\" counts as cancelled.")));
-    QCOMPARE(ioPortName, QStringLiteral("?"));
-    QVERIFY(m_sink->contains(QStringLiteral("This script uses an ?, but there can no one be found.")));
-    m_window->sendUSB(QStringLiteral("0x01"));
-    QCOMPARE(m_stick->framesSeen(), 0);
 }
 
 void TestSerialTraffic::scriptCommands()
