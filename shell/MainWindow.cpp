@@ -426,7 +426,8 @@ void MainWindow::sendUSB(const QString &s)
 
 void MainWindow::recData(const QString &s)
 {
-    m_traffic->recData(s, sender() ? sender()->objectName() : QString());
+    QObject *origin = signalSender();
+    m_traffic->recData(s, origin ? origin->objectName() : QString());
 }
 
 void MainWindow::getTAVFWVersion()
