@@ -11,6 +11,7 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QThread>
 #include <QFileInfo>
 
 ScriptInterpreter::ScriptInterpreter(ScriptHost &host, QObject *parent)
@@ -43,6 +44,9 @@ void ScriptInterpreter::processEventsFor(int ms)
     while (timer.elapsed() < ms) {
         const int left = int(ms - timer.elapsed());
         QCoreApplication::processEvents(QEventLoop::AllEvents, qBound(1, left, 100));
+        // processEvents returns at once when nothing is pending: rest a
+        // moment so that a long wait does not keep a core busy.
+        QThread::msleep(1);
     }
 }
 
