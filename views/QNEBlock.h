@@ -13,9 +13,9 @@ class QNEBlock : public QGraphicsPathItem
 {
 public:
     enum { Type = QGraphicsItem::UserType + 3 };
-    static const int kWidth = 100;
-    static const int kHeight = 30;
-    static const int kPortSpacing = 14;
+    static constexpr int kWidth = 100;
+    static constexpr int kHeight = 30;
+    static constexpr int kPortSpacing = 14;
 
     explicit QNEBlock(const QString &name, QGraphicsItem *parent = nullptr);
 
