@@ -14,6 +14,7 @@
 #include "model/SvdReader.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 HardwareModel::HardwareModel(DocumentTables *tables)
     : m_tables(tables)
@@ -146,8 +147,11 @@ bool HardwareModel::addListItem(const QString &define, const QString &text, cons
 bool HardwareModel::readSvdFile(const QString &path, QString *errorText)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        const QString text = Report::cannotOpenFileText(path, file.errorString());
+    // Only regular files: opening a pipe waits for a writer for ever, and a
+    // device may never end.
+    const bool regular = QFileInfo(path).isFile() || !QFileInfo::exists(path);
+    if (!regular || !file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        const QString text = Report::cannotOpenFileText(path, regular ? file.errorString() : QStringLiteral("Not a regular file."));
         showError(text);
         if (errorText)
             *errorText = text;

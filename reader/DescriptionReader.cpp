@@ -559,6 +559,12 @@ void DescriptionReader::readInclude(Container *container)
         }
     }
 
+    // Only regular files: a device never ends (/dev/zero would be read until
+    // memory runs out) and opening a pipe waits for a writer for ever.
+    if (!name.isEmpty() && QFileInfo::exists(path) && !QFileInfo(path).isFile()) {
+        raiseError(Report::cannotOpenFileText(QFileInfo(path).absoluteFilePath(), QStringLiteral("Not a regular file.")));
+        return;
+    }
     QFile file(path);
     if (name.isEmpty() || !file.open(QIODevice::ReadOnly | QIODevice::Text)) {
         raiseError(Report::cannotOpenFileText(QFileInfo(path).absoluteFilePath(),

@@ -15,6 +15,7 @@
 #include <QBoxLayout>
 #include <QGridLayout>
 #include <QTemporaryDir>
+#include <sys/stat.h>
 
 // The streaming reader: how a read starts and ends, the root level, the
 // dispatch of children, includes and the messages.
@@ -43,6 +44,8 @@ private slots:
     void includeSubstitutesBeforeParsing();
     void includeFoundOnIncludePath();
     void includeMissing();
+    void includeOfNonRegularFileRefused_data();
+    void includeOfNonRegularFileRefused();
     void includeCycleStops();
     void messagesCarryPosition();
     void varRecords();
@@ -354,6 +357,27 @@ void TestDescriptionReader::includeMissing()
     QVERIFY(!read(doc("<tabcontainer><include>gone.xml</include><verticalcontainer/></tabcontainer>")));
     QVERIFY2(m_reader->errorString().startsWith(QLatin1String("Cannot open file ")), qPrintable(m_reader->errorString()));
     QVERIFY(m_reader->errorString().contains(QLatin1String("gone.xml")));
+}
+
+void TestDescriptionReader::includeOfNonRegularFileRefused_data()
+{
+    QTest::addColumn<bool>("pipe");
+    // A device never ends; opening a pipe without a writer never returns.
+    QTest::newRow("device") << false;
+    QTest::newRow("pipe") << true;
+}
+
+void TestDescriptionReader::includeOfNonRegularFileRefused()
+{
+    QFETCH(bool, pipe);
+    QString path = QStringLiteral("/dev/zero");
+    if (pipe) {
+        path = m_dir->filePath(QStringLiteral("pipe.xml"));
+        QVERIFY(::mkfifo(QFile::encodeName(path).constData(), 0600) == 0);
+    }
+    QVERIFY(!read(doc("<tabcontainer><include>" + path.toUtf8() + "</include><verticalcontainer/></tabcontainer>")));
+    const QString expected = QStringLiteral("Cannot open file %1:\nNot a regular file.").arg(path);
+    QVERIFY2(m_reader->errorString().startsWith(expected), qPrintable(m_reader->errorString()));
 }
 
 void TestDescriptionReader::includeCycleStops()

@@ -4,6 +4,8 @@
 
 #include <QtTest>
 
+#include <sys/stat.h>
+
 #include "device/TargetVariable.h"
 #include "elements/DataClass.h"
 #include "model/BitField.h"
@@ -152,6 +154,7 @@ private slots:
     void readFailures_data();
     void readFailures();
     void missingFile();
+    void pipeRefused();
     void colonInFileName();
 
     void nordicFile();
@@ -695,6 +698,21 @@ void TestSvdReader::missingFile()
     QString errorText;
     QVERIFY(!doc.model.readSvdFile(path, &errorText));
     QCOMPARE(errorText, QStringLiteral("Cannot open file %1:\n%2").arg(path, probe.errorString()));
+    QCOMPARE(sink.errors, QStringList{errorText});
+}
+
+void TestSvdReader::pipeRefused()
+{
+    // Opening a pipe that nobody writes to would wait for ever.
+    QTemporaryDir dir;
+    const QString path = dir.filePath("pipe.svd");
+    QVERIFY(::mkfifo(QFile::encodeName(path).constData(), 0600) == 0);
+
+    RecordingSink sink;
+    ModelDocument doc;
+    QString errorText;
+    QVERIFY(!doc.model.readSvdFile(path, &errorText));
+    QCOMPARE(errorText, QStringLiteral("Cannot open file %1:\nNot a regular file.").arg(path));
     QCOMPARE(sink.errors, QStringList{errorText});
 }
 
