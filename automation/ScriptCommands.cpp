@@ -476,9 +476,16 @@ bool ScriptCommands::dirLoopStop()
 
 bool ScriptCommands::wait()
 {
-    // Compared by time of day, as users' scripts were timed: a wait across
-    // midnight ends early.
-    const int deadline = QTime::currentTime().msecsSinceStartOfDay() + pTrimmed(0).toInt();
+    // Compared by time of day alone, as users' scripts were timed: the
+    // deadline is a time of day, so a wait that crosses midnight ends early.
+    // Kept in 64 bits and taken modulo a day: a plain int sum overflowed for
+    // waits near INT_MAX, and a deadline past the end of the day was never
+    // reached, which hung the script.
+    const qint64 ms = pTrimmed(0).toInt();
+    if (ms <= 0)
+        return true;
+    constexpr qint64 day = 24 * 60 * 60 * 1000;
+    const qint64 deadline = (QTime::currentTime().msecsSinceStartOfDay() + ms) % day;
     while (QTime::currentTime().msecsSinceStartOfDay() < deadline && !m_host.exitRequested())
         QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
     return true;
