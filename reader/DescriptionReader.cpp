@@ -36,6 +36,11 @@ namespace {
 // Deep enough for any real description, shallow enough that a chain of
 // includes can never exhaust the stack.
 const int kMaxIncludeDepth = 32;
+// Each level of elements inside elements is a level of recursion of the
+// reader (and later of Qt's layouts and deletes): a document of 100,000
+// nested containers overflowed the stack. Hand-written forms nest a dozen
+// levels or so.
+const int kMaxNesting = 256;
 
 bool isContainerName(const QString &name)
 {
@@ -334,6 +339,10 @@ void DescriptionReader::readChildrenFrom(Container *container, bool pendingChild
 
 void DescriptionReader::dispatch(Container *container)
 {
+    if (m_nesting >= kMaxNesting) {
+        raiseError(QStringLiteral("Elements are nested more than %1 levels deep.").arg(kMaxNesting));
+        return;
+    }
     const QXmlStreamAttributes a = m_xml->attributes();
     const QString cond = a.value(QLatin1String("startcond")).toString();
     if (a.hasAttribute(QLatin1String("startcond")) && !StartCondition::holds(cond, m_options.defines)) {
@@ -343,7 +352,9 @@ void DescriptionReader::dispatch(Container *container)
     const QString name = m_xml->name().toString();
     auto handler = m_handlers.constFind(name);
     if (handler != m_handlers.constEnd()) {
+        ++m_nesting;
         handler.value()(*this, container);
+        --m_nesting;
         return;
     }
     // Unknown elements are skipped with their content, without a word.

@@ -134,4 +134,6 @@ private:
     QHash<QString, Handler> m_handlers;
     QList<Container *> m_containers;
     QStringList m_includeStack;
+    // Elements being read inside each other (dispatch depth).
+    int m_nesting = 0;
 };

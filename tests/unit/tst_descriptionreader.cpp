@@ -47,6 +47,8 @@ private slots:
     void includeOfNonRegularFileRefused_data();
     void includeOfNonRegularFileRefused();
     void includeCycleStops();
+    void nestingDepthLimited_data();
+    void nestingDepthLimited();
     void messagesCarryPosition();
     void varRecords();
 
@@ -378,6 +380,33 @@ void TestDescriptionReader::includeOfNonRegularFileRefused()
     QVERIFY(!read(doc("<tabcontainer><include>" + path.toUtf8() + "</include><verticalcontainer/></tabcontainer>")));
     const QString expected = QStringLiteral("Cannot open file %1:\nNot a regular file.").arg(path);
     QVERIFY2(m_reader->errorString().startsWith(expected), qPrintable(m_reader->errorString()));
+}
+
+void TestDescriptionReader::nestingDepthLimited_data()
+{
+    QTest::addColumn<int>("depth");
+    QTest::addColumn<bool>("accepted");
+    QTest::newRow("deep but allowed") << 256 << true;
+    QTest::newRow("one level more") << 257 << false;
+    // Overflowed the stack before the limit.
+    QTest::newRow("100,000 levels") << 100000 << false;
+}
+
+void TestDescriptionReader::nestingDepthLimited()
+{
+    QFETCH(int, depth);
+    QFETCH(bool, accepted);
+    QByteArray body;
+    for (int i = 0; i < depth; ++i)
+        body += "<verticalcontainer>";
+    body += "<text label=\"innermost\"/>";
+    for (int i = 0; i < depth; ++i)
+        body += "</verticalcontainer>";
+    QCOMPARE(read(doc(body)), accepted);
+    if (!accepted) {
+        QVERIFY2(m_reader->errorString().startsWith(QLatin1String("Elements are nested more than 256 levels deep.")),
+                 qPrintable(m_reader->errorString()));
+    }
 }
 
 void TestDescriptionReader::includeCycleStops()
