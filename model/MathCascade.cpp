@@ -46,6 +46,18 @@ void MathCascade::update(const QString &define)
         if (auto *label = qobject_cast<MathLabel *>(object))
             labels.append(label);
     }
+    // Each label of a chain is a level of recursion (its result announces
+    // itself and comes back here): a description with 20,000 labels in a
+    // chain overflowed the stack. The change stops at the limit, once told.
+    if (!labels.isEmpty() && m_active.size() >= kMaxChain) {
+        if (!m_chainReported) {
+            m_chainReported = true;
+            showError(QStringLiteral("Formulas chained more than %1 labels deep: \"%2 -> ... -> %3\"")
+                          .arg(kMaxChain)
+                          .arg(m_active.first()->objectName(), m_active.last()->objectName()));
+        }
+        return;
+    }
     for (const QPointer<MathLabel> &label : qAsConst(labels)) {
         if (!label)
             continue;
@@ -80,6 +92,8 @@ void MathCascade::evaluate(MathLabel *label, const QString &sender)
     label->showResult(result);
 
     m_active.removeOne(label);
+    if (m_active.isEmpty())
+        m_chainReported = false;
 }
 
 void MathCascade::checkRange(MathLabel *label, double result, const QString &sender)

@@ -17,6 +17,8 @@ class QObject;
 // A formula that depends on itself, directly or through other labels,
 // would run forever: a label met again while it is still being computed is
 // reported with the chain that leads back to it and is not computed again.
+// The depth first walk recurses once per label of a chain, so a chain
+// longer than kMaxChain labels is cut there and reported.
 //
 // Labels on a bit range whose result does not fit (above `max`, or
 // negative) are kept in the overflow list, a conflict that blocks the
@@ -24,6 +26,10 @@ class QObject;
 class MathCascade
 {
 public:
+    // Labels in one chain of labels that read each other; deeper ones are
+    // not computed.
+    static constexpr int kMaxChain = 200;
+
     // Lookups go to `tables`, or, when null, to DocumentTables::current().
     explicit MathCascade(DocumentTables *tables = nullptr);
 
@@ -57,5 +63,7 @@ private:
     ExpressionEvaluator m_evaluator;
     // The labels being computed, outermost first.
     QList<MathLabel *> m_active;
+    // The chain of the current change grew too long and was reported.
+    bool m_chainReported = false;
     QList<QPointer<MathLabel>> m_overflow;
 };

@@ -29,6 +29,8 @@ private slots:
 
     void onlyDependentsAreComputed();
     void chainsFollowDepthFirst();
+    void longChainsAreCut_data();
+    void longChainsAreCut();
     void cyclesAreReportedNotFollowed_data();
     void cyclesAreReportedNotFollowed();
     void rangeConflicts();
@@ -223,6 +225,41 @@ void TestMathCascade::chainsFollowDepthFirst()
     m_cascade->update(x);
     QCOMPARE(c->text(), QStringLiteral("110"));
     QVERIFY(m_sink->errors.isEmpty());
+}
+
+void TestMathCascade::longChainsAreCut_data()
+{
+    QTest::addColumn<int>("length");
+    QTest::newRow("at the limit") << MathCascade::kMaxChain;
+    QTest::newRow("one more") << MathCascade::kMaxChain + 1;
+    // Overflowed the stack.
+    QTest::newRow("20,000") << 20000;
+}
+
+void TestMathCascade::longChainsAreCut()
+{
+    QFETCH(int, length);
+    element(QStringLiteral("X"), 1);
+    // L0 = X+1, L1 = L0+1, ...: each label reads the one before.
+    QList<MathLabel *> labels;
+    for (int i = 0; i < length; ++i)
+        labels << label(QStringLiteral("L%1").arg(i), i == 0 ? QStringLiteral("X+1") : QStringLiteral("L%1+1").arg(i - 1));
+
+    const int computed = qMin(length, int(MathCascade::kMaxChain));
+    for (int round = 0; round < 2; ++round) {
+        m_sink->clear();
+        m_cascade->update(QStringLiteral("X"));
+        QCOMPARE(labels.at(computed - 1)->text(), QString::number(computed + 1));
+        if (length == computed) {
+            QVERIFY(m_sink->errors.isEmpty());
+        } else {
+            QVERIFY(labels.at(computed)->text().isEmpty());
+            // Told once per change, naming both ends of the chain.
+            QCOMPARE(m_sink->errors, QStringList{QStringLiteral("Formulas chained more than %1 labels deep: \"L0 -> ... -> L%2\"")
+                                                     .arg(MathCascade::kMaxChain)
+                                                     .arg(computed - 1)});
+        }
+    }
 }
 
 void TestMathCascade::cyclesAreReportedNotFollowed_data()
