@@ -41,6 +41,8 @@ const int kMaxIncludeDepth = 32;
 // nested containers overflowed the stack. Hand-written forms nest a dozen
 // levels or so.
 const int kMaxNesting = 256;
+// Includes read for one description, all levels together.
+const int kMaxIncludes = 10000;
 
 bool isContainerName(const QString &name)
 {
@@ -586,6 +588,14 @@ void DescriptionReader::readInclude(Container *container)
     if (m_includeStack.contains(canonical) || m_includeStack.size() > kMaxIncludeDepth) {
         raiseError(Report::cannotReadFileText(canonical, QStringLiteral("The file includes itself (%1).")
                                                              .arg(m_includeStack.join(QStringLiteral(" -> ")))));
+        return;
+    }
+    // Files that include others several times multiply: ten levels that
+    // each include the next ten times are 10^10 reads, and the reader would
+    // never finish. Forms built from per-pin templates use a few thousand.
+    if (++m_includeCount > kMaxIncludes) {
+        raiseError(Report::cannotReadFileText(canonical, QStringLiteral("More than %1 includes in one description.")
+                                                             .arg(kMaxIncludes)));
         return;
     }
     const QByteArray original = file.readAll();

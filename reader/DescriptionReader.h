@@ -136,4 +136,6 @@ private:
     QStringList m_includeStack;
     // Elements being read inside each other (dispatch depth).
     int m_nesting = 0;
+    // Includes read so far, nested ones counted.
+    int m_includeCount = 0;
 };

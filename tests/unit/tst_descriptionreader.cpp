@@ -47,6 +47,7 @@ private slots:
     void includeOfNonRegularFileRefused_data();
     void includeOfNonRegularFileRefused();
     void includeCycleStops();
+    void includeFanOutLimited();
     void nestingDepthLimited_data();
     void nestingDepthLimited();
     void messagesCarryPosition();
@@ -407,6 +408,23 @@ void TestDescriptionReader::nestingDepthLimited()
         QVERIFY2(m_reader->errorString().startsWith(QLatin1String("Elements are nested more than 256 levels deep.")),
                  qPrintable(m_reader->errorString()));
     }
+}
+
+void TestDescriptionReader::includeFanOutLimited()
+{
+    // Seven levels of files that each include the next four times: 21,844
+    // reads, more than the 10,000 allowed. Without the limit a few more
+    // levels make a description that is never done.
+    const int levels = 7;
+    writeFile(QStringLiteral("level%1.xml").arg(levels), doc("<text label=\"leaf\"/>"));
+    for (int level = levels - 1; level >= 1; --level) {
+        const QByteArray next = "<include>level" + QByteArray::number(level + 1) + ".xml</include>";
+        writeFile(QStringLiteral("level%1.xml").arg(level), doc(next + next + next + next));
+    }
+    QVERIFY(!read(doc("<verticalcontainer><include>level1.xml</include><include>level1.xml</include>"
+                      "<include>level1.xml</include><include>level1.xml</include></verticalcontainer>")));
+    QVERIFY2(m_reader->errorString().startsWith(QLatin1String("Cannot read file ")), qPrintable(m_reader->errorString()));
+    QVERIFY(m_reader->errorString().contains(QLatin1String("More than 10000 includes in one description.")));
 }
 
 void TestDescriptionReader::includeCycleStops()
