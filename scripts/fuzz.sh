@@ -4,7 +4,10 @@
 # fuzz/README.md for what each target takes and for the figures of longer
 # runs.
 #
-#   scripts/fuzz.sh                     every target, 30 s each
+#   scripts/fuzz.sh                     every target, 30 s each (a smoke run:
+#                                       the slow targets, the old #define path
+#                                       and scripts, spend most of it reading
+#                                       their corpus)
 #   FUZZ_SECONDS=300 scripts/fuzz.sh    longer runs
 #   scripts/fuzz.sh svd script          only these targets
 #
@@ -52,7 +55,7 @@ cmake --build "$BUILD" -j"$JOBS" --target fuzzers
 
 TARGETS="$*"
 if [ -z "$TARGETS" ]; then
-    TARGETS=$(cd "$SOURCE/fuzz" && ls fuzz_*.cpp | sed 's/^fuzz_//; s/\.cpp$//')
+    TARGETS=$(cd "$SOURCE/fuzz" && ls fuzz_*.cpp | sed 's/^fuzz_//; s/\.cpp$//' | tr '\n' ' ')
 fi
 
 export QT_QPA_PLATFORM=offscreen
