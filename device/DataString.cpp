@@ -1,6 +1,7 @@
 #include "device/DataString.h"
 
 #include <cstdlib>
+#include <limits>
 
 namespace {
 
@@ -24,7 +25,9 @@ DataString::Token DataString::parseToken(const QString &token)
     if (colon >= 0 && isDecimalInteger(token.left(colon), &count)) {
         t.value = token.mid(colon + 1);
         t.littleEndian = count < 0;
-        t.count = std::abs(count);
+        // INT_MIN has no positive int: std::abs of it is undefined. Any
+        // count that large is refused by encode() anyway.
+        t.count = int(qMin<qint64>(qAbs(qint64(count)), std::numeric_limits<int>::max()));
     }
     return t;
 }

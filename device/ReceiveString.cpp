@@ -16,7 +16,8 @@ ReceiveString::Token ReceiveString::parseToken(const QString &token)
         return t;
     t.name = parts.at(1);
     t.littleEndian = count < 0;
-    t.count = qMin(std::abs(count), kMaxCount);
+    // Widened first: std::abs(INT_MIN) is undefined.
+    t.count = int(qMin<qint64>(qAbs(qint64(count)), kMaxCount));
     return t;
 }
 

@@ -61,6 +61,8 @@ void TestDataStrings::encode_data()
     QTest::newRow("count not a number") << "x:0x01" << QByteArray() << QStringList{"x:0x01"};
     QTest::newRow("count beyond int") << "99999999999:0x01" << QByteArray() << QStringList{"99999999999:0x01"};
     QTest::newRow("huge count refused") << "5000:0x01;0x02" << hex("02") << QStringList{"5000:0x01"};
+    // INT_MIN has no positive int (its std::abs was undefined).
+    QTest::newRow("lowest int count refused") << "-2147483648:0x01;0x02" << hex("02") << QStringList{"-2147483648:0x01"};
     QTest::newRow("empty tokens are kept") << "0x01;;0x02" << hex("0102") << QStringList{""};
     QTest::newRow("empty string") << "" << QByteArray() << none;
 }
@@ -96,6 +98,7 @@ void TestDataStrings::receiveTokens_data()
     QTest::newRow("count not a number: a name") << "a:b" << 1 << "1BE a:b";
     QTest::newRow("negative zero") << "-0:X" << 0 << "0BE X";
     QTest::newRow("huge count is held") << "70000:X" << 65535 << "65535BE X";
+    QTest::newRow("lowest int count is held") << "-2147483648:X" << 65535 << "65535LE X";
     QTest::newRow("several") << "2:A;-2:B;?" << 5 << "2BE A|2LE B|1BE ?";
     QTest::newRow("empty") << "" << 0 << "";
 }
