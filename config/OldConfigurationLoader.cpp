@@ -60,8 +60,10 @@ bool OldConfigurationLoader::load(const QString &fileName)
     // 1. The description the configuration was made with.
     QString description;
     for (const QString &line : lines) {
-        if (line.startsWith(QLatin1String("#define Config_File"))) {
-            description = line.mid(int(qstrlen("#define Config_File"))).trimmed();
+        // "#define Config_File_Version 3" is another define, not the name.
+        static const QLatin1String key("#define Config_File");
+        if (line.startsWith(key) && (line.size() == key.size() || line.at(key.size()).isSpace())) {
+            description = line.mid(key.size()).trimmed();
             break;
         }
     }
@@ -107,7 +109,8 @@ bool OldConfigurationLoader::load(const QString &fileName)
             continue;
         QString name = parts.at(1);
         if (name.compare(QLatin1String("NVXQuillon_Version"), Qt::CaseInsensitive) == 0
-            || name.compare(QLatin1String("Config_File"), Qt::CaseInsensitive) == 0 || migration.isDropped(name))
+            || name.compare(QLatin1String("Config_File"), Qt::CaseInsensitive) == 0
+            || name.compare(QLatin1String("Config_File_Version"), Qt::CaseInsensitive) == 0 || migration.isDropped(name))
             continue;
         const QString moved = migration.newName(name);
         if (!moved.isEmpty())

@@ -205,6 +205,7 @@ void TestConfigurationFiles::oldDefinesFollowTheMigration()
 {
     const QString old = path(QStringLiteral("old.h"));
     QVERIFY(writeTextFile(old, "/* exported long ago */\n"
+                               "#define Config_File_Version 3\n"
                                "#define Config_File mini.xml\n"
                                "#define NVXQuillon_Version 1.0\n"
                                "#define OLDP_R 0x35\n"
