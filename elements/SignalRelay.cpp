@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QMetaObject>
+#include <QPointer>
 
 namespace {
 
@@ -82,8 +83,10 @@ void SignalRelay::deliver(const QString *text)
     const int index = senderSignalIndex();
     const QList<QMetaMethod> targets = m_slots.value(index);
     QObject *element = parent();
+    // A slot may close the document and with it the element and this relay.
+    const QPointer<SignalRelay> alive(this);
     for (const QMetaMethod &slot : targets) {
-        if (!m_receiver)
+        if (!alive || !m_receiver)
             return;
         const Delivery interrupted = current;
         current = {m_receiver.data(), element};
