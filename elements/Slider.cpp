@@ -56,17 +56,7 @@ bool Slider::loadValue(const QString &text)
 QString Slider::value(int kind, bool flag)
 {
     Q_UNUSED(flag);
-    switch (kind) {
-    case Selectors::Value:
-        return QString::number(QSlider::value());
-    case Selectors::DefineValue:
-        return ElementCommon::shiftedValue(this, quint32(QSlider::value()));
-    case Selectors::TypeInfo:
-        return typeInfo();
-    default:
-        Report::cannotReturnValue(kind, define());
-        return QString();
-    }
+    return SpinBox::integerValue(this, kind, QSlider::value());
 }
 
 QString Slider::referenceValue()
@@ -76,19 +66,9 @@ QString Slider::referenceValue()
 
 void Slider::applyDefault()
 {
-    QString text = property("my_default").toString();
-    Selectors::takePrefix(text);
     int v = 0;
-    if (text.isEmpty()) {
-        v = minimum() > 0 ? minimum() : 0;
-    } else {
-        qint64 number = 0;
-        if (!ItemLookup::integer(text, &number)) {
-            Report::invalidSetValue(define(), property("my_default").toString());
-            return;
-        }
-        v = int(qBound<qint64>(minimum(), number, maximum()));
-    }
+    if (!SpinBox::defaultValue(this, minimum(), maximum(), &v))
+        return;
     const QSignalBlocker blocker(this);
     QSlider::setValue(v);
     m_reference = QSlider::value();

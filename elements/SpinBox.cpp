@@ -81,15 +81,20 @@ bool SpinBox::loadValue(const QString &text)
 QString SpinBox::value(int kind, bool flag)
 {
     Q_UNUSED(flag);
+    return integerValue(this, kind, QSpinBox::value());
+}
+
+QString SpinBox::integerValue(ActiveElement *element, int kind, int value)
+{
     switch (kind) {
     case Selectors::Value:
-        return QString::number(QSpinBox::value());
+        return QString::number(value);
     case Selectors::DefineValue:
-        return ElementCommon::shiftedValue(this, quint32(QSpinBox::value()));
+        return ElementCommon::shiftedValue(element->widget(), quint32(value));
     case Selectors::TypeInfo:
-        return typeInfo();
+        return element->typeInfo();
     default:
-        Report::cannotReturnValue(kind, define());
+        Report::cannotReturnValue(kind, element->define());
         return QString();
     }
 }
@@ -101,22 +106,30 @@ QString SpinBox::referenceValue()
 
 void SpinBox::applyDefault()
 {
-    QString text = property("my_default").toString();
-    Selectors::takePrefix(text);
     int v = 0;
-    if (text.isEmpty()) {
-        v = minimum() > 0 ? minimum() : 0;
-    } else {
-        qint64 number = 0;
-        if (!ItemLookup::integer(text, &number)) {
-            Report::invalidSetValue(define(), property("my_default").toString());
-            return;
-        }
-        v = int(qBound<qint64>(minimum(), number, maximum()));
-    }
+    if (!defaultValue(this, minimum(), maximum(), &v))
+        return;
     const QSignalBlocker blocker(this);
     QSpinBox::setValue(v);
     m_reference = QSpinBox::value();
+}
+
+bool SpinBox::defaultValue(ActiveElement *element, int minimum, int maximum, int *value)
+{
+    const QString given = element->widget()->property("my_default").toString();
+    QString text = given;
+    Selectors::takePrefix(text);
+    if (text.isEmpty()) {
+        *value = minimum > 0 ? minimum : 0;
+        return true;
+    }
+    qint64 number = 0;
+    if (!ItemLookup::integer(text, &number)) {
+        Report::invalidSetValue(element->define(), given);
+        return false;
+    }
+    *value = int(qBound<qint64>(minimum, number, maximum));
+    return true;
 }
 
 void SpinBox::connectSignals()

@@ -37,6 +37,12 @@ public:
     // The numeric value of a text: a define with selector reads that
     // element; integers in any form, and floating texts when allowed.
     static bool numberOf(const QString &text, bool allowFloat, double *value);
+    // The start value of an integer element from its `default` text: without
+    // one the minimum when it is above 0, else 0; false (and reported) for a
+    // text that is no integer. Shared with Slider.
+    static bool defaultValue(ActiveElement *element, int minimum, int maximum, int *value);
+    // Kinds 0, 3 and 4 of an integer element; other kinds are reported.
+    static QString integerValue(ActiveElement *element, int kind, int value);
 
 signals:
     void changedByUser();
