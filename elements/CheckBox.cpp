@@ -88,21 +88,27 @@ bool CheckBox::loadValue(const QString &text)
 QString CheckBox::value(int kind, bool flag)
 {
     Q_UNUSED(flag);
-    const int v = (isChecked() != inverted()) ? 1 : 0;
+    return flagKindValue(this, kind, isChecked() != inverted());
+}
+
+QString CheckBox::flagKindValue(ActiveElement *element, int kind, bool on)
+{
+    const int v = on ? 1 : 0;
     switch (kind) {
     case Selectors::Value:
         return QString::number(v);
     case Selectors::DefineValue: {
-        const int lsb = property("lsb").isValid() ? property("lsb").toInt() : -1;
+        const QVariant lsbProperty = element->widget()->property("lsb");
+        const int lsb = lsbProperty.isValid() ? lsbProperty.toInt() : -1;
         quint64 shifted = quint64(v);
         if (lsb > 0 && lsb < 64)
             shifted <<= lsb;
         return QString::number(shifted);
     }
     case Selectors::TypeInfo:
-        return typeInfo();
+        return element->typeInfo();
     default:
-        Report::cannotReturnValue(kind, define());
+        Report::cannotReturnValue(kind, element->define());
         return QString();
     }
 }
@@ -114,15 +120,21 @@ QString CheckBox::referenceValue()
 
 void CheckBox::applyDefault()
 {
-    QString text = property("my_default").toString();
+    setQuietly(defaultFlag(this) != inverted());
+    m_reference = isChecked();
+}
+
+bool CheckBox::defaultFlag(ActiveElement *element)
+{
+    const QString given = element->widget()->property("my_default").toString();
+    QString text = given;
     Selectors::takePrefix(text);
     bool on = false;
     if (!text.isEmpty() && !flagValue(text, Selectors::Value, -1, &on)) {
-        Report::invalidSetValue(define(), property("my_default").toString());
-        on = false;
+        Report::invalidSetValue(element->define(), given);
+        return false;
     }
-    setQuietly(on != inverted());
-    m_reference = isChecked();
+    return on;
 }
 
 void CheckBox::connectSignals()

@@ -32,6 +32,11 @@ public:
     // Reads a flag's value text of kind 0 (integer) or 3 (shifted by lsb):
     // 0 or 1, else false.
     static bool flagValue(const QString &text, int kind, int lsb, bool *on);
+    // The value a flag element's `default` text asks for; a text that is no
+    // flag is reported and gives false. Shared with ToggleButton.
+    static bool defaultFlag(ActiveElement *element);
+    // Kinds 0, 3 and 4 of a flag element whose value is `on`.
+    static QString flagKindValue(ActiveElement *element, int kind, bool on);
 
 signals:
     void changedByUser();

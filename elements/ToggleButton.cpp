@@ -115,23 +115,7 @@ bool ToggleButton::loadValue(const QString &text)
 QString ToggleButton::value(int kind, bool flag)
 {
     Q_UNUSED(flag);
-    const int v = (isChecked() != inverted()) ? 1 : 0;
-    switch (kind) {
-    case Selectors::Value:
-        return QString::number(v);
-    case Selectors::DefineValue: {
-        const int lsb = property("lsb").isValid() ? property("lsb").toInt() : -1;
-        quint64 shifted = quint64(v);
-        if (lsb > 0 && lsb < 64)
-            shifted <<= lsb;
-        return QString::number(shifted);
-    }
-    case Selectors::TypeInfo:
-        return typeInfo();
-    default:
-        Report::cannotReturnValue(kind, define());
-        return QString();
-    }
+    return CheckBox::flagKindValue(this, kind, isChecked() != inverted());
 }
 
 QString ToggleButton::referenceValue()
@@ -141,14 +125,7 @@ QString ToggleButton::referenceValue()
 
 void ToggleButton::applyDefault()
 {
-    QString text = property("my_default").toString();
-    Selectors::takePrefix(text);
-    bool on = false;
-    if (!text.isEmpty() && !CheckBox::flagValue(text, Selectors::Value, -1, &on)) {
-        Report::invalidSetValue(define(), property("my_default").toString());
-        on = false;
-    }
-    setQuietly(on != inverted());
+    setQuietly(CheckBox::defaultFlag(this) != inverted());
     m_reference = isChecked();
 }
 
