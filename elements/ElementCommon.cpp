@@ -4,6 +4,7 @@
 #include "elements/ActiveElement.h"
 #include "elements/DocumentTables.h"
 #include "elements/QInputEventRecorder.h"
+#include "model/LockEngine.h"
 
 #include <QAbstractButton>
 #include <QButtonGroup>
@@ -51,6 +52,19 @@ void ElementCommon::emitFlagLocks(QWidget *widget, bool checked)
     const bool inForce = int(checked) != int(widget->property("lockinverted").toUInt());
     for (const QString &text : list)
         QMetaObject::invokeMethod(widget, inForce ? "sendLock" : "sendUnlock", Q_ARG(QString, text));
+}
+
+void ElementCommon::releaseLocks(ActiveElement *element)
+{
+    auto *source = dynamic_cast<QObject *>(element);
+    if (!source)
+        return;
+    // Copies: every unlock takes its record out of these lists.
+    const LockRecords held = element->locking + element->waitingToLock;
+    for (const LockRecord &record : held) {
+        QMetaObject::invokeMethod(source, "sendUnlock",
+                                  Q_ARG(QString, LockEngine::lockString(record.peer, record.value, record.kind)));
+    }
 }
 
 void ElementCommon::afterChange(ActiveElement *element)

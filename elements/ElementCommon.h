@@ -26,6 +26,11 @@ public:
     // differs from lockinverted: their sendLock, else their sendUnlock.
     static void emitFlagLocks(QWidget *widget, bool checked);
 
+    // Sends sendUnlock for every lock the element holds or waits to take,
+    // as a source does when it is switched off as a whole (a tree branch
+    // whose control went off). Its value stays as it is.
+    static void releaseLocks(ActiveElement *element);
+
     // After a value change: the header is marked, the tool tip follows, and
     // the dependents are told.
     static void afterChange(ActiveElement *element);

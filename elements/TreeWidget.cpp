@@ -1,6 +1,7 @@
 #include "elements/TreeWidget.h"
 
 #include "elements/ActiveElement.h"
+#include "elements/ElementCommon.h"
 #include "elements/TabWidget.h"
 #include "elements/TreeWidgetItem.h"
 
@@ -104,20 +105,54 @@ void TreeWidget::disableBranch(bool checked)
     setBranchEnabled(branch, checked);
 }
 
+void TreeWidget::applyBranchSwitches()
+{
+    applyBranchSwitches(m_tree->invisibleRootItem());
+}
+
+void TreeWidget::applyBranchSwitches(QTreeWidgetItem *row)
+{
+    // Outermost switches first: setBranchEnabled takes care of the branches
+    // nested in a switched branch.
+    for (int i = 0; i < row->childCount(); ++i) {
+        QTreeWidgetItem *child = row->child(i);
+        auto *branch = dynamic_cast<TreeWidgetItem *>(child);
+        const auto *button = branch ? qobject_cast<QAbstractButton *>(branch->branchControl()) : nullptr;
+        if (button)
+            setBranchEnabled(branch, button->isChecked());
+        else
+            applyBranchSwitches(child);
+    }
+}
+
 void TreeWidget::setWidgetEnabled(QWidget *widget, bool enabled)
 {
-    if (ActiveElement *element = asActiveElement(widget)) {
-        element->setElementEnabled(enabled);
-        return;
-    }
-    if (auto *button = qobject_cast<QAbstractButton *>(widget)) {
-        if (QButtonGroup *group = button->group()) {
-            for (QAbstractButton *b : group->buttons())
-                b->setEnabled(enabled);
-            return;
+    ActiveElement *element = asActiveElement(widget);
+    if (!element) {
+        // A radio button: its group is the element.
+        if (auto *button = qobject_cast<QAbstractButton *>(widget)) {
+            if (QButtonGroup *group = button->group()) {
+                element = asActiveElement(group);
+                if (!element) {
+                    for (QAbstractButton *b : group->buttons())
+                        b->setEnabled(enabled);
+                    return;
+                }
+            }
         }
     }
-    widget->setEnabled(enabled);
+    if (!element) {
+        widget->setEnabled(enabled);
+        return;
+    }
+    // An element switched off as a whole lets go of its locks; switched on,
+    // it announces those of its value again (the engine ignores a lock the
+    // element already holds).
+    if (!enabled)
+        ElementCommon::releaseLocks(element);
+    element->setElementEnabled(enabled);
+    if (enabled)
+        element->emitLocks();
 }
 
 void TreeWidget::setBranchEnabled(QTreeWidgetItem *row, bool enabled)

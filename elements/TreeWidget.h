@@ -41,6 +41,12 @@ public:
 signals:
     void selected_setDef(const QString &data);
 
+public:
+    // Puts every branch in the state of its control. Values set with
+    // signals blocked (a loaded configuration) and a reset, which enables
+    // every element, leave the rows out of step with their switches.
+    void applyBranchSwitches();
+
 public slots:
     void childSetDef(int iPageNr);
     // Enables or disables the rows under the branch of the sending control.
@@ -52,6 +58,7 @@ protected:
 
 private:
     void setBranchEnabled(QTreeWidgetItem *row, bool enabled);
+    void applyBranchSwitches(QTreeWidgetItem *row);
     void setWidgetEnabled(QWidget *widget, bool enabled);
 
     QTreeWidget *m_tree = nullptr;

@@ -7,6 +7,7 @@
 #include "elements/MessageSink.h"
 #include "elements/Reports.h"
 #include "elements/SlotWiring.h"
+#include "elements/TreeWidget.h"
 #include "model/BitField.h"
 #include "model/DefineText.h"
 #include "model/ExpressionEvaluator.h"
@@ -186,9 +187,19 @@ void Document::checkFormulaOperands()
     }
 }
 
+void Document::applyBranchSwitches()
+{
+    for (Container *container : qAsConst(m_tables.containers)) {
+        if (auto *tree = dynamic_cast<TreeWidget *>(container))
+            tree->applyBranchSwitches();
+    }
+}
+
 void Document::reapplyLocks()
 {
     m_locks->releaseAll();
+    // A source in a switched-off branch holds nothing.
+    applyBranchSwitches();
     for (ActiveElement *element : m_tables.elementList.toList())
         element->emitLocks();
 }

@@ -67,6 +67,8 @@ public:
     // clean slate: after values were set with signals blocked (a loaded
     // configuration), the locks of the defaults no longer fit.
     void reapplyLocks();
+    // Every tree branch follows its control again.
+    void applyBranchSwitches();
     // Reports the names that formulas read but nothing defines.
     void checkFormulaOperands();
 

@@ -637,6 +637,9 @@ void MainWindow::resetGUI(const QString &s)
         element->emitLocks();
         element->updateMathLabels();
     }
+    // Each element was enabled in turn, also those under a branch switched
+    // off before them in the list.
+    m_document->applyBranchSwitches();
     for (DataClass *data : qAsConst(t.dataValues))
         data->applyDefault();
     m_document->setLoading(false);

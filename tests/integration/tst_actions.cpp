@@ -42,6 +42,7 @@ private slots:
     void setDefErrors();
     void setDefSelectors();
     void treeBranches();
+    void treeBranchesCarryTheirLocks();
     void tabPageSetDefs();
     void resetReturnsToDefaults();
 
@@ -100,6 +101,7 @@ static const QByteArray kForm = R"(
   <treecontainer>
    <checkbox define="TOP" svd="0" uielement="branch" label="Top">
     <spinbox define="T1" svd="0"/>
+    <checkbox define="TL" svd="0" label="Hold" lockinverted="1" lockon="FREE=9"/>
     <checkbox define="INNER" svd="0" uielement="branch" label="Inner" role="inverted">
      <spinbox define="T2" svd="0"/>
     </checkbox>
@@ -332,6 +334,58 @@ void TestActions::treeBranches()
     QVERIFY(!t1->isEnabled());
     QVERIFY(!inner->isEnabled());
     QVERIFY(!t2->isEnabled());
+}
+
+void TestActions::treeBranchesCarryTheirLocks()
+{
+    auto *top = element<CheckBox>(QStringLiteral("TOP"));
+    auto *holder = element<CheckBox>(QStringLiteral("TL"));
+    auto *free = element<SpinBox>(QStringLiteral("FREE"));
+    // The holder's inverted lock would be in force, but its branch is off.
+    QVERIFY(!holder->isEnabled());
+    QVERIFY(holder->locking.isEmpty());
+    QVERIFY(free->isEnabled());
+    QCOMPARE(free->value(0), QStringLiteral("0"));
+
+    top->click();
+    QVERIFY(holder->isEnabled());
+    QCOMPARE(free->value(0), QStringLiteral("9"));
+    QVERIFY(!free->isEnabled());
+    QCOMPARE(lockPeers(free->lockedBy), QStringList{QStringLiteral("TL")});
+    // Switched on again while already on: still one lock.
+    QVERIFY(top->setValue(QStringLiteral("1"), 0));
+    QCOMPARE(holder->locking.size(), 1);
+
+    top->click();
+    QVERIFY(!holder->isEnabled());
+    QVERIFY(holder->locking.isEmpty());
+    QVERIFY(free->isEnabled());
+    QVERIFY(!free->locked);
+    QCOMPARE(free->value(0), QStringLiteral("0"));
+
+    // A reset keeps the branch off whatever order the elements are in (the
+    // holder was changed last, so it comes after the control).
+    top->click();
+    holder->click();
+    holder->click();
+    m_window->resetGUI();
+    QVERIFY(!top->isChecked());
+    QVERIFY(!holder->isEnabled());
+    QVERIFY(free->isEnabled());
+    QCOMPARE(free->value(0), QStringLiteral("0"));
+
+    // A configuration with the branch on opens it (its values are loaded
+    // with signals blocked, so no toggled() tells the tree).
+    top->click();
+    const QString saved = m_dir.filePath(QStringLiteral("branch.qlnp"));
+    QVERIFY(m_window->saveConfiguration(saved));
+    m_window->resetGUI();
+    QVERIFY(!holder->isEnabled());
+    QVERIFY(m_window->load(saved));
+    QVERIFY(top->isChecked());
+    QVERIFY(holder->isEnabled());
+    QCOMPARE(free->value(0), QStringLiteral("9"));
+    QCOMPARE(lockPeers(free->lockedBy), QStringList{QStringLiteral("TL")});
 }
 
 void TestActions::tabPageSetDefs()
