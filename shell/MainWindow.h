@@ -56,6 +56,7 @@ public:
     Console *console() const { return m_console; }
     Document *document() const { return m_document; }
     const IniSettings &iniSettings() const { return m_ini; }
+    IniSettings &iniSettings() { return m_ini; }
     Preferences &preferences() { return m_preferences; }
     bool quiet() const { return m_options.quiet; }
 

@@ -7,6 +7,8 @@
 #include "shell/Console.h"
 #include "shell/Document.h"
 #include "shell/MainWindow.h"
+#include "FakeHid.h"
+#include "device/StickLink.h"
 
 #include <QCloseEvent>
 #include <QTemporaryDir>
@@ -27,6 +29,8 @@ private slots:
     void dropOpensDescriptions();
     void saveWritesSignedConfiguration();
     void formulaNamesCheckedAtStartUp();
+    void firmwareCheckedAtLoad_data();
+    void firmwareCheckedAtLoad();
 
 private:
     QString writeDescription(const QString &name, const QByteArray &body, const QByteArray &rootExtra = QByteArray());
@@ -188,6 +192,48 @@ void TestMainWindow::formulaNamesCheckedAtStartUp()
     // Once per name, however many formulas read it; math labels' own
     // defines count.
     QCOMPARE(sink.errors.filter(QStringLiteral("Element used in formula")), QStringList{QStringLiteral("Element used in formula not defined: \"MISSING_X\"")});
+}
+
+void TestMainWindow::firmwareCheckedAtLoad_data()
+{
+    QTest::addColumn<bool>("setting");
+    QTest::addColumn<QByteArray>("reply");
+    QTest::addColumn<QString>("console");
+    const QByteArray valid = QByteArray::fromHex("010001050000");
+    QTest::newRow("valid: silent") << true << valid << QString();
+    QTest::newRow("too low") << true << QByteArray::fromHex("010001010000")
+                             << "Tav Firmware Version 1.1.0<font color=\"red\"><br><br>Version is too low for the "
+                                "currently loaded XML (needs V.1.2.0..V.1.9.0).</font><br>";
+    QTest::newRow("no reply") << true << QByteArray()
+                                << "<font color=\"orange\">Could not retrieve firmware version.</font><br>";
+    QTest::newRow("setting off") << false << valid << QString();
+}
+
+void TestMainWindow::firmwareCheckedAtLoad()
+{
+    QFETCH(bool, setting);
+    QFETCH(QByteArray, reply);
+    QFETCH(QString, console);
+    FakeHid::State hid;
+    hid.tavPresent = true;
+    hid.replies = {reply, reply};
+    hid.readFails = reply.isEmpty();
+    StickLink::setHidFactory([&hid] { return new FakeHid(&hid); });
+    // The description talks to the stick, so the load asks for its version.
+    const QString path = writeDescription(QStringLiteral("stick.xml"),
+                                          "<verticalcontainer><button label=\"Go\">"
+                                          "<action event=\"clicked\" cmd=\"sendUSB\" data=\"01\"/>"
+                                          "</button></verticalcontainer>",
+                                          "<fwversion min=\"1.2.0\" max=\"1.9.0\"/>\n");
+    MainWindow window(quietOptions());
+    window.iniSettings().checkFwVersionOnLoad = setting;
+    RecordingSink sink;
+    QVERIFY(window.open(path));
+    window.startUp(false);
+    StickLink::setHidFactory(nullptr);
+    const bool asked = hid.written.contains(QByteArray::fromHex("000110"));
+    QCOMPARE(asked, setting);
+    QCOMPARE(sink.console.filter(QStringLiteral("firmware"), Qt::CaseInsensitive).join(QString()), console);
 }
 
 QTEST_MAIN(TestMainWindow)
