@@ -16,6 +16,7 @@ StartOptions CommandLine::parse(const QStringList &arguments)
             continue;
         }
         const QString text = arg.mid(2);
+        noteDetachedFile(arguments, i, &o.hints);
         switch (arg.at(1).toLatin1()) {
         case 'd':
             if (definesSeen)
@@ -47,6 +48,22 @@ StartOptions CommandLine::parse(const QStringList &arguments)
         }
     }
     return o;
+}
+
+void CommandLine::noteDetachedFile(const QStringList &arguments, int index, QStringList *hints)
+{
+    // "-b run.script" is a common slip: the option gets an empty text and the
+    // script becomes the document. The parse stays as it is; the user hears
+    // why nothing ran.
+    const QString arg = arguments.at(index).trimmed();
+    if (arg.size() != 2 || !QStringLiteral("bco").contains(arg.at(1)) || index + 1 >= arguments.size())
+        return;
+    const QString next = arguments.at(index + 1).trimmed();
+    if (next.isEmpty() || next.startsWith(QLatin1Char('-')))
+        return;
+    hints->append(QStringLiteral("Quillon: option %1 is empty: its file follows the letter without a blank (%1%2); "
+                                 "\"%2\" is taken as the file to open.")
+                      .arg(arg, next));
 }
 
 QString CommandLine::usageText()

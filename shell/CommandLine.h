@@ -19,4 +19,8 @@ public:
     // Splits "a=1;b=2" into name/value pairs, trimmed; items without "=" are
     // skipped.
     static QList<QPair<QString, QString>> defineItems(const QString &defines);
+
+private:
+    // Adds a hint when a file option stands alone and a file name follows.
+    static void noteDetachedFile(const QStringList &arguments, int index, QStringList *hints);
 };

@@ -1,5 +1,6 @@
 #pragma once
 #include <QString>
+#include <QStringList>
 
 // What the command line asked for; handed to MainWindow's constructor.
 struct StartOptions
@@ -18,4 +19,7 @@ struct StartOptions
     QString includePaths;
     // -? was given (the usage is shown while parsing).
     bool usageRequested = false;
+    // Notes for the user about arguments that were probably meant otherwise
+    // (the program prints them on standard error).
+    QStringList hints;
 };

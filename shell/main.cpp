@@ -71,6 +71,8 @@ int main(int argc, char *argv[])
     StartOptions options = CommandLine::parse(arguments);
     if (options.usageRequested)
         showUsage(options.quiet);
+    for (const QString &hint : qAsConst(options.hints))
+        std::fprintf(stderr, "%s\n", hint.toLocal8Bit().constData());
     options.fileName.replace(QLatin1Char('\\'), QLatin1Char('/'));
     resolveAgainst(startDir, options);
 

@@ -16,6 +16,7 @@ private slots:
     void lastFileWins();
     void loneDashIsAFileName();
     void saveWithoutFile();
+    void detachedFileIsHinted();
     void unknownOptionsIgnored();
     void usageText();
     void defineItems();
@@ -76,6 +77,18 @@ void TestCommandLine::saveWithoutFile()
     QVERIFY(o.save);
     QVERIFY(o.saveFile.isEmpty());
     QCOMPARE(parse({"-sout.qlnp"}).saveFile, QStringLiteral("out.qlnp"));
+}
+
+void TestCommandLine::detachedFileIsHinted()
+{
+    // The parse keeps its rule (the script becomes the document); the user
+    // is told why.
+    const StartOptions o = parse({"a.xml", "-b", "run.script", "-q"});
+    QVERIFY(o.batchFile.isEmpty());
+    QCOMPARE(o.fileName, QStringLiteral("run.script"));
+    QCOMPARE(o.hints, QStringList{QStringLiteral("Quillon: option -b is empty: its file follows the letter without a "
+                                                 "blank (-brun.script); \"run.script\" is taken as the file to open.")});
+    QVERIFY(parse({"-s", "a.xml", "-c", "-q", "-brun.script", "-o"}).hints.isEmpty());
 }
 
 void TestCommandLine::unknownOptionsIgnored()
