@@ -30,22 +30,8 @@ SVD_DIR="${FUZZ_SVD_DIR:-$SOURCE/../shared/svd}"
 MAX_LEN="${FUZZ_MAX_LEN:-65536}"
 JOBS="${JOBS:-2}"
 
-# clang and its sanitizer and libFuzzer runtimes.
-PACKAGES="clang-14 libclang-rt-14-dev"
-missing=""
-for p in $PACKAGES; do
-    if ! dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "ok installed"; then
-        missing="$missing $p"
-    fi
-done
-if [ -n "$missing" ]; then
-    SUDO=""
-    if [ "$(id -u)" != "0" ]; then SUDO="sudo"; fi
-    echo "Installing:$missing"
-    export DEBIAN_FRONTEND=noninteractive
-    $SUDO apt-get update -qq
-    $SUDO apt-get install -y -qq --no-install-recommends $missing
-fi
+# clang and its sanitizer and libFuzzer runtimes, next to what the build needs.
+"$SOURCE/scripts/setup.sh" clang-14 libclang-rt-14-dev
 
 if [ ! -f "$BUILD/CMakeCache.txt" ]; then
     cmake -S "$SOURCE" -B "$BUILD" -G Ninja -DCMAKE_C_COMPILER=clang-14 -DCMAKE_CXX_COMPILER=clang++-14 \

@@ -1,5 +1,6 @@
 #!/bin/sh
-# Installs what Quillon needs to build, test and run on Debian 12.
+# Installs what Quillon needs to build, test and run on Debian 12, and the
+# packages named as arguments (scripts/fuzz.sh adds clang this way).
 # Quick when everything is already there: dpkg is asked first, apt only runs
 # for what is missing.
 set -e
@@ -7,7 +8,7 @@ set -e
 PACKAGES="build-essential cmake ninja-build ccache pkg-config \
 qtbase5-dev qtbase5-dev-tools libqt5svg5-dev libqt5serialport5-dev \
 libqt5xmlpatterns5-dev libqwt-qt5-dev libhidapi-dev libelf-dev \
-python3-dev pybind11-dev xvfb x11-apps imagemagick gcc"
+python3-dev pybind11-dev xvfb x11-apps imagemagick gcc $*"
 
 missing=""
 for p in $PACKAGES; do
