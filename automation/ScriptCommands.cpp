@@ -486,8 +486,9 @@ bool ScriptCommands::wait()
         return true;
     constexpr qint64 day = 24 * 60 * 60 * 1000;
     const qint64 deadline = (QTime::currentTime().msecsSinceStartOfDay() + ms) % day;
-    while (QTime::currentTime().msecsSinceStartOfDay() < deadline && !m_host.exitRequested())
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    for (qint64 now = QTime::currentTime().msecsSinceStartOfDay(); now < deadline && !m_host.exitRequested();
+         now = QTime::currentTime().msecsSinceStartOfDay())
+        ScriptInterpreter::processEventsFor(int(qMin<qint64>(deadline - now, 20)));
     return true;
 }
 
