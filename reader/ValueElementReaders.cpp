@@ -268,50 +268,58 @@ void readFlagAttributes(QWidget *widget, const QXmlStreamAttributes &a)
     widget->setProperty("lockinverted", attribute(a, "lockinverted").toUInt());
 }
 
+// The first steps a check box and a toggle share. A control that switches
+// a tree branch stands in the branch row itself, so it is made without a
+// parent; any other comes from its container.
+template <class Flag>
+Flag *makeFlag(DescriptionReader &reader, Container *container, const QXmlStreamAttributes &a, bool branch,
+               Flag *(Container::*add)(const QString &, int, const QString &), const char *word)
+{
+    const QString define = takeDefine(reader, a);
+    const QString label = attribute(a, "label");
+    Flag *flag = nullptr;
+    if (branch) {
+        flag = new Flag(nullptr);
+        flag->setObjectName(define);
+        flag->setText(label);
+    } else {
+        flag = (container->*add)(label, -1, define);
+    }
+    requireDefine(reader, define, word);
+    readFlagAttributes(flag, a);
+    addLocks(flag, a, QStringLiteral("0"));
+    return flag;
+}
+
+// The last steps: the children (branch rows, or only actions), refreshes.
+template <class Flag>
+void finishFlag(DescriptionReader &reader, Container *container, Flag *flag, const QXmlStreamAttributes &a,
+                bool branch, const ActionReader::Events &events)
+{
+    if (branch)
+        readBranchChildren(reader, makeBranch(reader, container, flag, a), flag, events, QStringLiteral("0"));
+    else
+        ActionReader::readActions(reader, flag, events);
+    wireRefreshes(reader, flag, Refresh::Flag);
+    markRaised(flag);
+}
+
 void readCheckBox(DescriptionReader &reader, Container *container)
 {
     const QXmlStreamAttributes a = reader.xml().attributes();
-    const QString define = takeDefine(reader, a);
-    const QString label = attribute(a, "label");
     const bool branch = isBranchControl(a, container);
-    CheckBox *box = nullptr;
-    if (branch) {
-        box = new CheckBox(nullptr);
-        box->setObjectName(define);
-        box->setText(label);
-    } else {
-        box = container->addCheckBox(label, -1, define);
-    }
-    requireDefine(reader, define, "Checkbox");
-    readFlagAttributes(box, a);
-    addLocks(box, a, QStringLiteral("0"));
+    CheckBox *box = makeFlag<CheckBox>(reader, container, a, branch, &Container::addCheckBox, "Checkbox");
     readDefaultAndCommon(reader, box, box, a);
-    if (branch)
-        readBranchChildren(reader, makeBranch(reader, container, box, a), box, ActionReader::checkBoxEvents(),
-                           QStringLiteral("0"));
-    else
-        ActionReader::readActions(reader, box, ActionReader::checkBoxEvents());
-    wireRefreshes(reader, box, Refresh::Flag);
-    markRaised(box);
+    finishFlag(reader, container, box, a, branch, ActionReader::checkBoxEvents());
 }
 
 void readToggleButton(DescriptionReader &reader, Container *container)
 {
     const QXmlStreamAttributes a = reader.xml().attributes();
-    const QString define = takeDefine(reader, a);
-    const QString label = attribute(a, "label");
     const bool branch = isBranchControl(a, container);
-    ToggleButton *button = nullptr;
-    if (branch) {
-        button = new ToggleButton(nullptr);
-        button->setObjectName(define);
-        button->setText(label);
-    } else {
-        button = container->addToggleButton(label, -1, define);
-    }
-    requireDefine(reader, define, "Togglebutton");
-    readFlagAttributes(button, a);
-    addLocks(button, a, QStringLiteral("0"));
+    ToggleButton *button =
+        makeFlag<ToggleButton>(reader, container, a, branch, &Container::addToggleButton, "Togglebutton");
+    const QString define = button->objectName();
     if (has(a, "icon")) {
         const QString path = reader.findFile(attribute(a, "icon"));
         button->setProperty("icon", attribute(a, "icon"));
@@ -334,13 +342,7 @@ void readToggleButton(DescriptionReader &reader, Container *container)
     readDefaultAndCommon(reader, button, button, a);
     if (attribute(a, "enabled") == QLatin1String("false"))
         button->setEnabled(false);
-    if (branch)
-        readBranchChildren(reader, makeBranch(reader, container, button, a), button,
-                           ActionReader::toggleButtonEvents(), QStringLiteral("0"));
-    else
-        ActionReader::readActions(reader, button, ActionReader::toggleButtonEvents());
-    wireRefreshes(reader, button, Refresh::Flag);
-    markRaised(button);
+    finishFlag(reader, container, button, a, branch, ActionReader::toggleButtonEvents());
 }
 
 // ----------------------------------------------------------------- lists
