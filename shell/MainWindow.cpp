@@ -1106,16 +1106,7 @@ bool MainWindow::load(const QString &fileName)
         newProject();
         return false;
     }
-    m_configurationPath = QFileInfo(fileName).absoluteFilePath();
-    m_document->reapplyLocks();
-    if (!resolveLeftovers(reader.unresolved, reader.unseen)) {
-        newProject();
-        return false;
-    }
-    setWindowTitle(QStringLiteral("Quillon ") + QDir::toNativeSeparators(m_configurationPath) + QStringLiteral("[*]"));
-    m_document->refreshDisplays();
-    setWindowModified(false);
-    return true;
+    return finishLoad(fileName, reader.unresolved, reader.unseen);
 }
 
 bool MainWindow::loadOld(const QString &fileName)
@@ -1128,9 +1119,14 @@ bool MainWindow::loadOld(const QString &fileName)
         newProject();
         return false;
     }
+    return finishLoad(fileName, loader.unresolved, loader.unseen);
+}
+
+bool MainWindow::finishLoad(const QString &fileName, const QStringList &unresolved, const QStringList &unseen)
+{
     m_configurationPath = QFileInfo(fileName).absoluteFilePath();
     m_document->reapplyLocks();
-    if (!resolveLeftovers(loader.unresolved, loader.unseen)) {
+    if (!resolveLeftovers(unresolved, unseen)) {
         newProject();
         return false;
     }

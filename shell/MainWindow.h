@@ -226,6 +226,8 @@ private:
     // Moves what the migration file knows, then shows what is left; false
     // when the migration file can't be read.
     bool resolveLeftovers(const QStringList &unresolved, const QStringList &unseen);
+    // The common end of both load paths: locks, leftovers, title.
+    bool finishLoad(const QString &fileName, const QStringList &unresolved, const QStringList &unseen);
     void openTerminal();
     QString disclaimerPath();
 
