@@ -130,7 +130,7 @@ bool ConfigurationReader::openDescription(const QString &name)
         const QString path = QFileInfo(candidate).absoluteFilePath();
         if (path == m_host.currentDescription())
             return true;
-        if (m_host.openDescription(path))
+        if (m_host.openDescription(path, QFileInfo(m_fileName).absoluteFilePath()))
             return true;
         m_error = Report::cannotReadFileText(path, QStringLiteral("The description could not be opened."));
         return false;

@@ -14,8 +14,9 @@ class ConfigurationHost
 {
 public:
     virtual ~ConfigurationHost() = default;
-    // Opens the description as the current document; false when it failed.
-    virtual bool openDescription(const QString &path) = 0;
+    // Opens the description as the current document for the configuration
+    // file being loaded (absolute path); false when it failed.
+    virtual bool openDescription(const QString &path, const QString &configuration) = 0;
     // The absolute path of the description now loaded (to skip reopening).
     virtual QString currentDescription() const = 0;
     // The folder of the home page, the fallback place of descriptions.

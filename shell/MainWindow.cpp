@@ -513,6 +513,9 @@ bool MainWindow::open(const QString &fName)
     }
     probe.close();
 
+    // The old form goes now, and with it the configuration it was saved to:
+    // Save must not write this form into another form's file.
+    m_configurationPath.clear();
     if (!readDocument(fileName, false)) {
         Report::cannotReadFile(fileName, m_document->errorText());
         const QString retry = Dialogs::openFileName(this, tr("Could not read %1!").arg(QFileInfo(fileName).fileName()),
@@ -1028,12 +1031,14 @@ QString MainWindow::descriptionVersion() const
     return m_document->state().rootVersion;
 }
 
-bool MainWindow::openDescription(const QString &path)
+bool MainWindow::openDescription(const QString &path, const QString &configuration)
 {
     setProperty("loaded", false);
     if (!open(path))
         return false;
-    startUp(false);
+    // The start-up step announces the configuration that is being loaded.
+    m_configurationPath = configuration;
+    startUp(true);
     return true;
 }
 

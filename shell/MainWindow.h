@@ -135,7 +135,7 @@ public slots:
 
 public:
     // What reading a configuration needs from the window.
-    bool openDescription(const QString &path) override;
+    bool openDescription(const QString &path, const QString &configuration) override;
     QString currentDescription() const override { return m_lastDocument; }
     QString homeFolder() const override;
     QString descriptionVersion() const override;

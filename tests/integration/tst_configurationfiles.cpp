@@ -29,6 +29,7 @@ private slots:
     void roundTripOnTheExample();
     void migrationMovesAndDrops();
     void ownConfigurationLeavesNothingOver();
+    void configurationBelongsToItsForm();
     void oldDefinesFollowTheMigration();
     void differencesAgainstASavedFile();
     void badConfigurations_data();
@@ -155,6 +156,37 @@ void TestConfigurationFiles::roundTripOnTheExample()
     QCOMPARE(readTextFile(second).toUtf8(), bytes);
     const QByteArray digest = QCryptographicHash::hash(bytes.mid(bytes.indexOf("</checksum>")), QCryptographicHash::Sha256).toHex();
     QVERIFY(bytes.contains("<checksum>" + digest + "</checksum>"));
+}
+
+void TestConfigurationFiles::configurationBelongsToItsForm()
+{
+    writeConfiguration(QStringLiteral("own.qlnp"), m_mini,
+                       "        <SpinBox><define>KEEP</define><value>12</value><dispValue>12</dispValue></SpinBox>\n");
+    const QString own = path(QStringLiteral("own.qlnp"));
+    const QByteArray bytes = readTextFile(own).toUtf8();
+    RecordingSink sink;
+    // Opening the description it names announces the configuration.
+    QVERIFY(m_window->load(own));
+    QCOMPARE(value(QStringLiteral("KEEP")), QStringLiteral("12"));
+    QCOMPARE(sink.console.filter(QStringLiteral("configuration: ")),
+             QStringList{QStringLiteral("<font color=\"blue\"><b>Loaded configuration: </font></b>%1. No headerfiles "
+                                        "written. <b>To update configuration please save this file!</b><br>")
+                             .arg(own)});
+    QCOMPARE(m_window->configurationPath(), own);
+
+    // Another description has no configuration yet: Save asks for a name
+    // (cancelled in quiet mode) instead of writing into the first form's file.
+    const QString other = path(QStringLiteral("other.xml"));
+    QVERIFY(writeDescription(other, "<svd file=\"mini.svd\"/>\n",
+                             "<verticalcontainer><header file=\"other.h\">"
+                             "<spinbox define=\"P.R.F\" range=\"0;15\"/></header></verticalcontainer>"));
+    sink.clear();
+    QVERIFY(m_window->open(other));
+    m_window->startUp(false);
+    QVERIFY(m_window->configurationPath().isEmpty());
+    QVERIFY(sink.console.join(QString()).contains(QStringLiteral("New configuration: </font></b>") + other));
+    QVERIFY(!m_window->save());
+    QCOMPARE(readTextFile(own).toUtf8(), bytes);
 }
 
 void TestConfigurationFiles::migrationMovesAndDrops()
