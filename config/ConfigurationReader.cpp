@@ -146,12 +146,16 @@ void ConfigurationReader::readRecords(bool compareOnly)
     DocumentTables &tables = m_host.tables();
     if (!compareOnly)
         m_host.resetToDefaults();
+    // The defines a file is expected to mention, in the form's order; those
+    // it did not mention are listed at the end (a set keeps that linear).
+    QStringList expected;
     for (ActiveElement *element : tables.elementList) {
         const QString define = element->define();
         if (!define.isEmpty() && !define.contains(QLatin1String("$DIR$"))
             && !ConfigurationWriter::recordName(element).isEmpty())
-            unseen.append(define);
+            expected.append(define);
     }
+    m_loaded.clear();
 
     while (!xml.hasError() && xml.readNextStartElement()) {
         const QString className = xml.name().toString();
@@ -170,8 +174,12 @@ void ConfigurationReader::readRecords(bool compareOnly)
                 xml.skipCurrentElement();
         }
         if (xml.hasError())
-            return;
+            break;
         applyRecord(define, value, compareOnly);
+    }
+    for (const QString &define : qAsConst(expected)) {
+        if (!m_loaded.contains(define))
+            unseen.append(define);
     }
 }
 
@@ -192,5 +200,5 @@ void ConfigurationReader::applyRecord(const QString &define, const QString &valu
         return;
     }
     element->loadValue(value);
-    unseen.removeAll(define);
+    m_loaded.insert(define);
 }

@@ -1,5 +1,6 @@
 #pragma once
 #include <QByteArray>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <memory>
@@ -67,4 +68,6 @@ private:
     QString m_folder;
     QString m_error;
     QByteArray m_content;
+    // Defines whose record was loaded.
+    QSet<QString> m_loaded;
 };
