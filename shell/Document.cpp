@@ -18,7 +18,9 @@
 #include "reader/DescriptionReader.h"
 #include "shell/Dialogs.h"
 
+#include <QCoreApplication>
 #include <QDir>
+#include <QEvent>
 #include <QFile>
 #include <QFileInfo>
 #include <QWidget>
@@ -45,7 +47,15 @@ void Document::clear()
 {
     // Containers own their elements: deleting the root ends the form. The
     // tables only point into it and are emptied with it.
-    delete m_root.data();
+    if (m_root) {
+        // Until an event loop runs (a script started from the command line
+        // opens form after form), every widget of the form keeps the
+        // polish request Qt queued when it was made, and each destructor
+        // searches the whole queue for its own. Polishing happens anyway
+        // when a widget is shown, so the requests are dropped at once here.
+        QCoreApplication::removePostedEvents(nullptr, QEvent::PolishRequest);
+        delete m_root.data();
+    }
     m_root = nullptr;
     // $DIR$ has no place in the form, so the root does not take it along.
     if (ActiveElement *dir = m_tables.element(QStringLiteral("$DIR$"))) {
