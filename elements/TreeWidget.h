@@ -38,14 +38,13 @@ public:
     // The row that holds a widget, or null.
     QTreeWidgetItem *rowOf(QWidget *widget) const { return m_rowByWidget.value(widget); }
 
-signals:
-    void selected_setDef(const QString &data);
-
-public:
     // Puts every branch in the state of its control. Values set with
     // signals blocked (a loaded configuration) and a reset, which enables
     // every element, leave the rows out of step with their switches.
     void applyBranchSwitches();
+
+signals:
+    void selected_setDef(const QString &data);
 
 public slots:
     void childSetDef(int iPageNr);
