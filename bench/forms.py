@@ -8,6 +8,9 @@ nRF52840 SVD file of the bundled example:
                                         for 500 and 5,000 elements; then a
                                         second save in the same run must
                                         write no header
+  load      quillon -q -g form.qlnp     load a saved configuration (which opens
+                                        its description), export headers, for
+                                        1,000 and 10,000 elements
   script    quillon -q -b s.script      a script of SET/ASSERT pairs, 1,000
                                         and 10,000 lines, on a 1,000-element
                                         form
@@ -16,7 +19,7 @@ Each figure is the median of 3 runs (process start included) with the peak
 resident memory of the process. Growth is the ratio of the largest to the
 smallest case, against the ratio of their sizes.
 
-Usage: bench/forms.py <build dir> [generate|save|script ...]   (default: all)
+Usage: bench/forms.py <build dir> [generate|save|load|script ...]   (default: all)
 """
 import hashlib, os, re, statistics, subprocess, sys, tempfile, time
 import xml.etree.ElementTree as ET
@@ -24,7 +27,7 @@ import xml.etree.ElementTree as ET
 HERE = os.path.dirname(os.path.abspath(__file__))
 SVD = os.path.join(HERE, "..", "examples", "nrf52840", "nrf52840_completed.svd")
 build = sys.argv[1] if len(sys.argv) > 1 else "build"
-parts = sys.argv[2:] or ["generate", "save", "script"]
+parts = sys.argv[2:] or ["generate", "save", "load", "script"]
 NAME = re.compile(r"^[A-Za-z_][A-Za-z0-9_]*$")
 
 
@@ -152,6 +155,14 @@ def main():
             with open(form(n), encoding="utf-8") as f:
                 files = len(set(re.findall(r'header="([^"]+)"', f.read())))
             print(f"save twice ({n} elements): {saves} saves, {headers} headers written for {files} header files\n")
+        if "load" in parts:
+            def saved(n):
+                qlnp = form(n)[:-4] + "-load.qlnp"
+                if not os.path.exists(qlnp):
+                    run(["-q", f"-s{qlnp}", form(n)], env)
+                return ["-q", "-g", qlnp]
+
+            measure("load", [1000, 10000], saved, env)
         if "script" in parts:
             n = 1000
             path = form(n)
@@ -169,4 +180,5 @@ def main():
             measure("script", [1000, 10000], script, env)
 
 
-main()
+if __name__ == "__main__":
+    main()
