@@ -1,5 +1,6 @@
 #include <QtTest>
 
+#include "FormWindow.h"
 #include "QuillonRun.h"
 #include "RecordingSink.h"
 #include "elements/CheckBox.h"
@@ -47,25 +48,10 @@ private slots:
     void resetReturnsToDefaults();
 
 private:
-    template <class T>
-    T *element(const QString &define) const
-    {
-        return dynamic_cast<T *>(m_window->document()->tables().element(define));
-    }
-    DocumentTables &tables() const { return m_window->document()->tables(); }
+    DocumentTables &tables() const { return m_form.tables(); }
 
-    QTemporaryDir m_dir;
-    QString m_path;
-    MainWindow *m_window = nullptr;
-    RecordingSink *m_sink = nullptr;
-    QStringList m_openMessages;
+    FormWindow m_form;
 };
-
-static const QByteArray kSvd =
-    "<?xml version=\"1.0\"?>\n<device><name>MINI</name><peripherals>\n"
-    "<peripheral><name>P</name><baseAddress>0x40000000</baseAddress><registers>\n"
-    "<register><name>R</name><addressOffset>0x0</addressOffset><size>32</size></register>\n"
-    "</registers></peripheral></peripherals></device>\n";
 
 static const QByteArray kForm = R"(
 <tabcontainer>
@@ -115,42 +101,28 @@ static const QByteArray kForm = R"(
 
 void TestActions::initTestCase()
 {
-    QCoreApplication::setOrganizationName(QStringLiteral("Norvane Technologies"));
-    QVERIFY(m_dir.isValid());
-    QVERIFY(writeTextFile(m_dir.filePath(QStringLiteral("mini.svd")), kSvd));
-    m_path = m_dir.filePath(QStringLiteral("actions.xml"));
-    QVERIFY(writeDescription(m_path, "<svd file=\"mini.svd\"/>\n", kForm));
+    QVERIFY(m_form.write(miniSvd(), kForm));
 }
 
 void TestActions::init()
 {
-    StartOptions options;
-    options.quiet = true;
-    m_window = new MainWindow(options);
-    m_sink = new RecordingSink;
-    QVERIFY(m_window->open(m_path));
-    m_window->startUp(false);
-    m_openMessages = m_sink->console + m_sink->errors;
-    m_sink->clear();
+    QVERIFY(m_form.open());
 }
 
 void TestActions::cleanup()
 {
-    delete m_sink;
-    m_sink = nullptr;
-    delete m_window;
-    m_window = nullptr;
+    m_form.close();
 }
 
 void TestActions::actionChecks()
 {
-    const QString all = m_openMessages.join(QLatin1Char('\n'));
+    const QString all = m_form.openMessages.join(QLatin1Char('\n'));
     QVERIFY2(all.contains(QLatin1String("Can't use event \"checked\" in UI element \"SpinBox\" <a href=\"N\">N</a>")),
              qPrintable(all));
     QVERIFY(all.contains(QLatin1String("Unknown command \"fly\"in action:  <a href=\"N\">N</a>")));
     QVERIFY(all.contains(QLatin1String("Unknown event \"wobble\"in action:  <a href=\"N\">N</a>")));
     // Dropped actions leave no entry: five kept, three values each.
-    const QStringList entries = element<SpinBox>(QStringLiteral("N"))->property("data").toMap().value(QStringLiteral("0")).toStringList();
+    const QStringList entries = m_form.element<SpinBox>(QStringLiteral("N"))->property("data").toMap().value(QStringLiteral("0")).toStringList();
     QCOMPARE(entries.size(), 5 * 3);
     QCOMPARE(entries.at(0), QStringLiteral("changed_setDef"));
     QCOMPARE(entries.at(2), QStringLiteral("A=N"));
@@ -176,17 +148,17 @@ void TestActions::actionEntriesAndConditions()
     QFETCH(QString, b);
     QFETCH(QString, c);
     QFETCH(QString, d);
-    QVERIFY(element<SpinBox>(QStringLiteral("N"))->setValue(value, 0));
-    QCOMPARE(element<LineEdit>(QStringLiteral("A"))->text(), a);
-    QCOMPARE(element<LineEdit>(QStringLiteral("B"))->text(), b);
-    QCOMPARE(element<LineEdit>(QStringLiteral("C"))->text(), c);
-    QCOMPARE(element<LineEdit>(QStringLiteral("D"))->text(), d);
+    QVERIFY(m_form.element<SpinBox>(QStringLiteral("N"))->setValue(value, 0));
+    QCOMPARE(m_form.element<LineEdit>(QStringLiteral("A"))->text(), a);
+    QCOMPARE(m_form.element<LineEdit>(QStringLiteral("B"))->text(), b);
+    QCOMPARE(m_form.element<LineEdit>(QStringLiteral("C"))->text(), c);
+    QCOMPARE(m_form.element<LineEdit>(QStringLiteral("D"))->text(), d);
     // A text comparison with a line edit.
-    QCOMPARE(element<LineEdit>(QStringLiteral("X"))->text(), QStringLiteral("9"));
-    element<LineEdit>(QStringLiteral("X"))->clear();
-    element<LineEdit>(QStringLiteral("NAME"))->setText(QStringLiteral("abd"));
-    QVERIFY(element<SpinBox>(QStringLiteral("N"))->setValue(QStringLiteral("1"), 0));
-    QCOMPARE(element<LineEdit>(QStringLiteral("X"))->text(), QString());
+    QCOMPARE(m_form.element<LineEdit>(QStringLiteral("X"))->text(), QStringLiteral("9"));
+    m_form.element<LineEdit>(QStringLiteral("X"))->clear();
+    m_form.element<LineEdit>(QStringLiteral("NAME"))->setText(QStringLiteral("abd"));
+    QVERIFY(m_form.element<SpinBox>(QStringLiteral("N"))->setValue(QStringLiteral("1"), 0));
+    QCOMPARE(m_form.element<LineEdit>(QStringLiteral("X"))->text(), QString());
 }
 
 void TestActions::setDefTargets_data()
@@ -215,8 +187,8 @@ void TestActions::setDefTargets()
     QFETCH(QString, define);
     QFETCH(QString, value);
     QFETCH(bool, reference);
-    m_window->setDef(text);
-    QVERIFY2(m_sink->errors.isEmpty(), qPrintable(m_sink->errors.join(QLatin1Char('\n'))));
+    m_form.window->setDef(text);
+    QVERIFY2(m_form.sink->errors.isEmpty(), qPrintable(m_form.sink->errors.join(QLatin1Char('\n'))));
     if (DataClass *data = tables().dataValue(define)) {
         const QString actual = data->datatype == DataClass::Float ? QString::number(double(data->getFloat()))
                                                                   : QString::number(data->getValue());
@@ -245,60 +217,60 @@ void TestActions::setDefErrors()
     QFETCH(QString, text);
     QFETCH(QString, error);
     QFETCH(QString, a);
-    m_window->setDef(text);
-    QVERIFY(!m_sink->errors.isEmpty());
-    QCOMPARE(m_sink->errors.first(), error);
+    m_form.window->setDef(text);
+    QVERIFY(!m_form.sink->errors.isEmpty());
+    QCOMPARE(m_form.sink->errors.first(), error);
     // Parts before the error ran; nothing after it did.
-    QCOMPARE(element<LineEdit>(QStringLiteral("A"))->text(), a);
-    QCOMPARE(element<LineEdit>(QStringLiteral("C"))->text(), QString());
+    QCOMPARE(m_form.element<LineEdit>(QStringLiteral("A"))->text(), a);
+    QCOMPARE(m_form.element<LineEdit>(QStringLiteral("C"))->text(), QString());
 }
 
 void TestActions::setDefSelectors()
 {
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_window));
-    auto *spin = element<SpinBox>(QStringLiteral("S"));
-    m_window->setDef(QStringLiteral("S.visible=0"));
+    m_form.window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_form.window));
+    auto *spin = m_form.element<SpinBox>(QStringLiteral("S"));
+    m_form.window->setDef(QStringLiteral("S.visible=0"));
     QVERIFY(spin->isHidden());
-    m_window->setDef(QStringLiteral("S.visible=1;S.enabled=0"));
+    m_form.window->setDef(QStringLiteral("S.visible=1;S.enabled=0"));
     QVERIFY(!spin->isHidden());
     QVERIFY(!spin->isEnabled());
-    m_window->setDef(QStringLiteral("S.max=20;S.min=0x2"));
+    m_form.window->setDef(QStringLiteral("S.max=20;S.min=0x2"));
     QCOMPARE(spin->maximum(), 20);
     QCOMPARE(spin->minimum(), 2);
-    m_window->setDef(QStringLiteral("A.color=0x0000FF"));
-    QCOMPARE(element<LineEdit>(QStringLiteral("A"))->palette().color(QPalette::Base), QColor(0, 0, 255));
-    m_window->setDef(QStringLiteral("S.textcolor=0xFF0000"));
+    m_form.window->setDef(QStringLiteral("A.color=0x0000FF"));
+    QCOMPARE(m_form.element<LineEdit>(QStringLiteral("A"))->palette().color(QPalette::Base), QColor(0, 0, 255));
+    m_form.window->setDef(QStringLiteral("S.textcolor=0xFF0000"));
     QCOMPARE(spin->palette().color(QPalette::Text), QColor(255, 0, 0));
     // A page of a tab goes out of the tab and comes back at its place.
     auto *tab = dynamic_cast<TabWidget *>(tables().container(QStringLiteral("TAB_ROOT")));
     QVERIFY(tab);
     const QString pageName = tab->widget(1)->objectName();
-    m_window->setDef(pageName + QStringLiteral(".visible=0"));
+    m_form.window->setDef(pageName + QStringLiteral(".visible=0"));
     QCOMPARE(tab->count(), 2);
-    m_window->setDef(pageName + QStringLiteral(".visible=1"));
+    m_form.window->setDef(pageName + QStringLiteral(".visible=1"));
     QCOMPARE(tab->count(), 3);
     QCOMPARE(tab->widget(1)->objectName(), pageName);
     QCOMPARE(tab->tabText(1), QStringLiteral("Page 1"));
-    QVERIFY(m_sink->errors.isEmpty());
+    QVERIFY(m_form.sink->errors.isEmpty());
 
     // The trace switch shows each call.
     SetDef::setTrace(true);
-    m_window->setDef(QStringLiteral("A=1"));
+    m_form.window->setDef(QStringLiteral("A=1"));
     SetDef::setTrace(false);
-    QVERIFY(m_sink->console.contains(QStringLiteral("setDef(A=1)<br>")));
+    QVERIFY(m_form.sink->console.contains(QStringLiteral("setDef(A=1)<br>")));
 }
 
 void TestActions::treeBranches()
 {
-    auto *top = element<CheckBox>(QStringLiteral("TOP"));
-    auto *inner = element<CheckBox>(QStringLiteral("INNER"));
-    QWidget *t1 = element<SpinBox>(QStringLiteral("T1"));
-    QWidget *t2 = element<SpinBox>(QStringLiteral("T2"));
-    QWidget *free = element<SpinBox>(QStringLiteral("FREE"));
+    auto *top = m_form.element<CheckBox>(QStringLiteral("TOP"));
+    auto *inner = m_form.element<CheckBox>(QStringLiteral("INNER"));
+    QWidget *t1 = m_form.element<SpinBox>(QStringLiteral("T1"));
+    QWidget *t2 = m_form.element<SpinBox>(QStringLiteral("T2"));
+    QWidget *free = m_form.element<SpinBox>(QStringLiteral("FREE"));
     QVERIFY(top && inner && t1 && t2 && free);
     // The controls sit in branch rows of the tree, their rows below them.
-    auto *tree = m_window->findChild<TreeWidget *>();
+    auto *tree = m_form.window->findChild<TreeWidget *>();
     QVERIFY(tree);
     QTreeWidgetItem *topRow = tree->branchOfControl(top);
     QVERIFY(topRow);
@@ -314,8 +286,8 @@ void TestActions::treeBranches()
     QVERIFY(!t2->isEnabled());
     QVERIFY(free->isEnabled());
 
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_window));
+    m_form.window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_form.window));
     QTest::mouseClick(top, Qt::LeftButton, Qt::NoModifier, QPoint(5, top->height() / 2));
     QVERIFY(top->isChecked());
     QVERIFY(t1->isEnabled());
@@ -323,7 +295,7 @@ void TestActions::treeBranches()
     // The inner branch opens as far as its own control is ticked.
     QVERIFY(t2->isEnabled());
     // The top control's action (an action child among its rows) ran.
-    QCOMPARE(element<LineEdit>(QStringLiteral("LOG"))->text(), QStringLiteral("top"));
+    QCOMPARE(m_form.element<LineEdit>(QStringLiteral("LOG"))->text(), QStringLiteral("top"));
 
     QVERIFY(inner->setValue(QStringLiteral("1"), 0));
     QVERIFY(!inner->isChecked());
@@ -338,9 +310,9 @@ void TestActions::treeBranches()
 
 void TestActions::treeBranchesCarryTheirLocks()
 {
-    auto *top = element<CheckBox>(QStringLiteral("TOP"));
-    auto *holder = element<CheckBox>(QStringLiteral("TL"));
-    auto *free = element<SpinBox>(QStringLiteral("FREE"));
+    auto *top = m_form.element<CheckBox>(QStringLiteral("TOP"));
+    auto *holder = m_form.element<CheckBox>(QStringLiteral("TL"));
+    auto *free = m_form.element<SpinBox>(QStringLiteral("FREE"));
     // The holder's inverted lock would be in force, but its branch is off.
     QVERIFY(!holder->isEnabled());
     QVERIFY(holder->locking.isEmpty());
@@ -368,7 +340,7 @@ void TestActions::treeBranchesCarryTheirLocks()
     top->click();
     holder->click();
     holder->click();
-    m_window->resetGUI();
+    m_form.window->resetGUI();
     QVERIFY(!top->isChecked());
     QVERIFY(!holder->isEnabled());
     QVERIFY(free->isEnabled());
@@ -377,11 +349,11 @@ void TestActions::treeBranchesCarryTheirLocks()
     // A configuration with the branch on opens it (its values are loaded
     // with signals blocked, so no toggled() tells the tree).
     top->click();
-    const QString saved = m_dir.filePath(QStringLiteral("branch.qlnp"));
-    QVERIFY(m_window->saveConfiguration(saved));
-    m_window->resetGUI();
+    const QString saved = m_form.dir.filePath(QStringLiteral("branch.qlnp"));
+    QVERIFY(m_form.window->saveConfiguration(saved));
+    m_form.window->resetGUI();
     QVERIFY(!holder->isEnabled());
-    QVERIFY(m_window->load(saved));
+    QVERIFY(m_form.window->load(saved));
     QVERIFY(top->isChecked());
     QVERIFY(holder->isEnabled());
     QCOMPARE(free->value(0), QStringLiteral("9"));
@@ -392,7 +364,7 @@ void TestActions::tabPageSetDefs()
 {
     auto *tab = dynamic_cast<TabWidget *>(tables().container(QStringLiteral("TAB_ROOT")));
     QVERIFY(tab);
-    auto *log = element<LineEdit>(QStringLiteral("LOG"));
+    auto *log = m_form.element<LineEdit>(QStringLiteral("LOG"));
     QStringList seen;
     connect(log, &QLineEdit::textChanged, this, [&seen](const QString &text) { seen << text; });
     tab->setCurrentIndex(2);
@@ -406,12 +378,12 @@ void TestActions::tabPageSetDefs()
 
 void TestActions::resetReturnsToDefaults()
 {
-    auto *spin = element<SpinBox>(QStringLiteral("S"));
-    auto *name = element<LineEdit>(QStringLiteral("NAME"));
+    auto *spin = m_form.element<SpinBox>(QStringLiteral("S"));
+    auto *name = m_form.element<LineEdit>(QStringLiteral("NAME"));
     QVERIFY(spin->setValue(QStringLiteral("30"), 0));
     QVERIFY(name->setValue(QStringLiteral("other"), 0));
     spin->setElementEnabled(false);
-    m_window->resetGUI(QStringLiteral("ignored"));
+    m_form.window->resetGUI(QStringLiteral("ignored"));
     QCOMPARE(spin->value(0), QStringLiteral("7"));
     QCOMPARE(name->value(0), QStringLiteral("abc"));
     QVERIFY(spin->isEnabled());

@@ -1,5 +1,6 @@
 #include <QtTest>
 
+#include "FormWindow.h"
 #include "QuillonRun.h"
 #include "RecordingSink.h"
 #include "elements/ButtonGroup.h"
@@ -33,42 +34,23 @@ private slots:
     void checkAfterLoad();
     void invertedLockHoldsFromTheStart();
     void twoSourcesConflictAndHandOver();
-    void sameValueSourcesHoldTogether();
     void labelLockOnRadioGroup();
     void toggleLocksLineEdit();
     void badLocksAtRunTime();
-    void ringOfListsAtRunTime();
     void diagramAndClose();
     void boardExampleFlowControl();
     void rangeChangeBySetDef();
     void locksFollowResetAndLoad();
 
 private:
-    template <class T>
-    T *element(const QString &define) const
-    {
-        return dynamic_cast<T *>(m_window->document()->tables().element(define));
-    }
-    LockEngine &engine() const { return m_window->document()->locks(); }
+    LockEngine &engine() const { return m_form.window->document()->locks(); }
     static QString xmlError(const QString &text)
     {
         return QStringLiteral("<font color=\"red\"> <b>XML Error: </b></font><b>") + text;
     }
 
-    QTemporaryDir m_dir;
-    QString m_path;
-    MainWindow *m_window = nullptr;
-    RecordingSink *m_sink = nullptr;
-    QStringList m_openMessages;
+    FormWindow m_form;
 };
-
-static const QByteArray kSvd =
-    "<?xml version=\"1.0\"?>\n<device><name>MINI</name><peripherals>\n"
-    "<peripheral><name>P</name><baseAddress>0x40000000</baseAddress><registers>\n"
-    "<register><name>R</name><addressOffset>0x0</addressOffset><size>32</size><fields>\n"
-    "<field><name>EN</name><lsb>0</lsb><msb>0</msb></field>\n"
-    "</fields></register>\n"
-    "</registers></peripheral></peripherals></device>\n";
 
 static const QByteArray kForm = R"(
 <verticalcontainer label="Locks">
@@ -98,31 +80,17 @@ static const QByteArray kForm = R"(
 
 void TestLocks::initTestCase()
 {
-    QCoreApplication::setOrganizationName(QStringLiteral("Norvane Technologies"));
-    QVERIFY(m_dir.isValid());
-    QVERIFY(writeTextFile(m_dir.filePath(QStringLiteral("mini.svd")), kSvd));
-    m_path = m_dir.filePath(QStringLiteral("locks.xml"));
-    QVERIFY(writeDescription(m_path, "<svd file=\"mini.svd\"/>\n", kForm));
+    QVERIFY(m_form.write(miniSvd("<field><name>EN</name><lsb>0</lsb><msb>0</msb></field>\n"), kForm));
 }
 
 void TestLocks::init()
 {
-    StartOptions options;
-    options.quiet = true;
-    m_window = new MainWindow(options);
-    m_sink = new RecordingSink;
-    QVERIFY(m_window->open(m_path));
-    m_window->startUp(false);
-    m_openMessages = m_sink->console + m_sink->errors;
-    m_sink->clear();
+    QVERIFY(m_form.open());
 }
 
 void TestLocks::cleanup()
 {
-    delete m_sink;
-    m_sink = nullptr;
-    delete m_window;
-    m_window = nullptr;
+    m_form.close();
 }
 
 void TestLocks::checkAfterLoad()
@@ -134,18 +102,18 @@ void TestLocks::checkAfterLoad()
         xmlError(QStringLiteral("Circular lock R1 --> R2 --> R3 --> R1.<br>")),
     };
     for (const QString &line : expected)
-        QVERIFY2(m_openMessages.count(line) == 1, qPrintable(line + QStringLiteral("\n") + m_openMessages.join('\n')));
-    QCOMPARE(m_openMessages.filter(QStringLiteral("XML Error")).size(), expected.size());
+        QVERIFY2(m_form.openMessages.count(line) == 1, qPrintable(line + QStringLiteral("\n") + m_form.openMessages.join('\n')));
+    QCOMPARE(m_form.openMessages.filter(QStringLiteral("XML Error")).size(), expected.size());
     // The item strings were split at ";" with the empty parts dropped.
-    QCOMPARE(element<ComboBox>(QStringLiteral("L"))->property("locks").toMap().value(QStringLiteral("16")).toStringList(),
+    QCOMPARE(m_form.element<ComboBox>(QStringLiteral("L"))->property("locks").toMap().value(QStringLiteral("16")).toStringList(),
              QStringList{QStringLiteral("M.label=On")});
     QCOMPARE(engine().conflictCount(), 0);
 }
 
 void TestLocks::invertedLockHoldsFromTheStart()
 {
-    auto *sp = element<SpinBox>(QStringLiteral("SP"));
-    auto *inv = element<CheckBox>(QStringLiteral("INV"));
+    auto *sp = m_form.element<SpinBox>(QStringLiteral("SP"));
+    auto *inv = m_form.element<CheckBox>(QStringLiteral("INV"));
     QCOMPARE(sp->value(0), QStringLiteral("7"));
     QVERIFY(!sp->isEnabled());
     QCOMPARE(lockPeers(sp->lockedBy), QStringList{QStringLiteral("INV")});
@@ -161,67 +129,49 @@ void TestLocks::invertedLockHoldsFromTheStart()
 
 void TestLocks::twoSourcesConflictAndHandOver()
 {
-    auto *t = element<CheckBox>(QStringLiteral("P.R.EN"));
-    auto *a = element<CheckBox>(QStringLiteral("A"));
-    auto *b = element<CheckBox>(QStringLiteral("B"));
+    auto *t = m_form.element<CheckBox>(QStringLiteral("P.R.EN"));
+    auto *a = m_form.element<CheckBox>(QStringLiteral("A"));
+    auto *b = m_form.element<CheckBox>(QStringLiteral("B"));
     a->click();
     QVERIFY(t->isChecked());
     QVERIFY(!t->isEnabled());
-    QCOMPARE(m_window->conflictCount(), 0);
-    QVERIFY(m_sink->console.isEmpty());
+    QCOMPARE(m_form.window->conflictCount(), 0);
+    QVERIFY(m_form.sink->console.isEmpty());
 
     b->click();
     QVERIFY(t->isChecked());
-    QCOMPARE(m_window->conflictCount(), 1);
-    QCOMPARE(m_sink->console,
+    QCOMPARE(m_form.window->conflictCount(), 1);
+    QCOMPARE(m_form.sink->console,
              QStringList{QStringLiteral("<font color=\"red\"><b>Warning: </font></b> <a href=\"P.R.EN\">P.R.EN</a> is waiting "
                                         "to be locked by <a href=\"B\">B</a> and is locked by <a href=\"A\">A</a> "
                                         "(1 conflict in current project)<br>")});
 
     // Header export is refused while the conflict stands.
-    m_sink->clear();
-    m_window->exportHeaderFiles(true);
-    QCOMPARE(m_sink->console.filter(QStringLiteral("Could not export headerfiles")),
+    m_form.sink->clear();
+    m_form.window->exportHeaderFiles(true);
+    QCOMPARE(m_form.sink->console.filter(QStringLiteral("Could not export headerfiles")),
              QStringList{QStringLiteral("<font color=\"red\"><b>Warning: </font></b> Could not export headerfiles. "
                                         "<a href=\"P.R.EN\">P.R.EN</a> is in a conflicted state!<br>")});
-    QVERIFY(!QFileInfo::exists(m_dir.filePath(QStringLiteral("locks.h"))));
+    QVERIFY(!QFileInfo::exists(m_form.dir.filePath(QStringLiteral("locks.h"))));
 
     // Releasing the holder hands the target to the waiting source.
-    m_sink->clear();
+    m_form.sink->clear();
     a->click();
     QVERIFY(!t->isChecked());
     QVERIFY(!t->isEnabled());
     QCOMPARE(lockPeers(t->lockedBy), QStringList{QStringLiteral("B")});
-    QCOMPARE(m_window->conflictCount(), 0);
-    QCOMPARE(m_sink->console, QStringList{QStringLiteral("<font color=\"green\"><b>Conflict cleared:</font></b> P.R.EN  "
+    QCOMPARE(m_form.window->conflictCount(), 0);
+    QCOMPARE(m_form.sink->console, QStringList{QStringLiteral("<font color=\"green\"><b>Conflict cleared:</font></b> P.R.EN  "
                                                          "(0 conflicts remaining)<br>")});
     b->click();
     QVERIFY(t->isEnabled());
     QVERIFY(!t->locked);
 }
 
-void TestLocks::sameValueSourcesHoldTogether()
-{
-    auto *t = element<CheckBox>(QStringLiteral("P.R.EN"));
-    auto *a = element<CheckBox>(QStringLiteral("A"));
-    auto *c = element<CheckBox>(QStringLiteral("C"));
-    a->click();
-    c->click();
-    QCOMPARE(lockPeers(t->lockedBy), (QStringList{QStringLiteral("A"), QStringLiteral("C")}));
-    a->click();
-    QVERIFY(t->isChecked());
-    QVERIFY(!t->isEnabled());
-    c->click();
-    QVERIFY(!t->isChecked());
-    QVERIFY(t->isEnabled());
-    QCOMPARE(m_window->conflictCount(), 0);
-    QVERIFY(m_sink->console.isEmpty());
-}
-
 void TestLocks::labelLockOnRadioGroup()
 {
-    auto *list = element<ComboBox>(QStringLiteral("L"));
-    auto *group = element<ButtonGroup>(QStringLiteral("M"));
+    auto *list = m_form.element<ComboBox>(QStringLiteral("L"));
+    auto *group = m_form.element<ButtonGroup>(QStringLiteral("M"));
     QVERIFY(list->setValue(QStringLiteral("16"), 0));
     QCOMPARE(group->value(1), QStringLiteral("On"));
     QCOMPARE(group->lockedBy.first().kind, 1);
@@ -234,8 +184,8 @@ void TestLocks::labelLockOnRadioGroup()
 
 void TestLocks::toggleLocksLineEdit()
 {
-    auto *toggle = element<ToggleButton>(QStringLiteral("TG"));
-    auto *edit = element<LineEdit>(QStringLiteral("ED"));
+    auto *toggle = m_form.element<ToggleButton>(QStringLiteral("TG"));
+    auto *edit = m_form.element<LineEdit>(QStringLiteral("ED"));
     toggle->click();
     QCOMPARE(edit->value(0), QStringLiteral("locked text"));
     QVERIFY(!edit->isEnabled());
@@ -246,30 +196,18 @@ void TestLocks::toggleLocksLineEdit()
 
 void TestLocks::badLocksAtRunTime()
 {
-    element<CheckBox>(QStringLiteral("NOEQ"))->click();
-    QVERIFY(m_sink->console.isEmpty());
-    QVERIFY(m_sink->errors.isEmpty());
-    element<CheckBox>(QStringLiteral("MISS"))->click();
-    QCOMPARE(m_sink->errors, QStringList{QStringLiteral("XML ERROR!\nInvalid lock: \"X.Y=1\"")});
+    m_form.element<CheckBox>(QStringLiteral("NOEQ"))->click();
+    QVERIFY(m_form.sink->console.isEmpty());
+    QVERIFY(m_form.sink->errors.isEmpty());
+    m_form.element<CheckBox>(QStringLiteral("MISS"))->click();
+    QCOMPARE(m_form.sink->errors, QStringList{QStringLiteral("XML ERROR!\nInvalid lock: \"X.Y=1\"")});
     // The label lock on a spin box is refused by the spin box itself.
-    m_sink->clear();
-    auto *sp = element<SpinBox>(QStringLiteral("SP"));
-    element<CheckBox>(QStringLiteral("INV"))->click();
-    element<CheckBox>(QStringLiteral("LBL"))->click();
+    m_form.sink->clear();
+    auto *sp = m_form.element<SpinBox>(QStringLiteral("SP"));
+    m_form.element<CheckBox>(QStringLiteral("INV"))->click();
+    m_form.element<CheckBox>(QStringLiteral("LBL"))->click();
     QCOMPARE(sp->value(0), QStringLiteral("2"));
-    QCOMPARE(m_window->conflictCount(), 0);
-}
-
-void TestLocks::ringOfListsAtRunTime()
-{
-    auto *r1 = element<ComboBox>(QStringLiteral("R1"));
-    auto *r2 = element<ComboBox>(QStringLiteral("R2"));
-    auto *r3 = element<ComboBox>(QStringLiteral("R3"));
-    QVERIFY(r1->setValue(QStringLiteral("1"), 0));
-    QCOMPARE(r2->value(0), QStringLiteral("1"));
-    QCOMPARE(r3->value(0), QStringLiteral("1"));
-    QVERIFY(r1->locked);
-    QCOMPARE(m_window->conflictCount(), 0);
+    QCOMPARE(m_form.window->conflictCount(), 0);
 }
 
 void TestLocks::diagramAndClose()
@@ -281,28 +219,28 @@ void TestLocks::diagramAndClose()
     QVERIFY(dialog.block(QStringLiteral("A")));
     QCOMPARE(dialog.connections().size(), graph.links.size());
     // Quiet runs never open it.
-    m_window->showLocks();
-    QVERIFY(m_window->findChildren<LockDialog *>().isEmpty());
+    m_form.window->showLocks();
+    QVERIFY(m_form.window->findChildren<LockDialog *>().isEmpty());
 
-    element<CheckBox>(QStringLiteral("A"))->click();
-    element<CheckBox>(QStringLiteral("B"))->click();
-    QCOMPARE(m_window->conflictCount(), 1);
+    m_form.element<CheckBox>(QStringLiteral("A"))->click();
+    m_form.element<CheckBox>(QStringLiteral("B"))->click();
+    QCOMPARE(m_form.window->conflictCount(), 1);
     // A new document starts without conflicts.
-    QVERIFY(m_window->open(m_path));
-    QCOMPARE(m_window->conflictCount(), 0);
+    QVERIFY(m_form.window->open(m_form.path));
+    QCOMPARE(m_form.window->conflictCount(), 0);
 }
 
 void TestLocks::boardExampleFlowControl()
 {
     const QString example = QuillonRun::sourceDir() + QStringLiteral("/examples/nrf52840/nrf52840_board.xml");
-    m_sink->clear();
-    QVERIFY(m_window->open(example));
-    m_window->startUp(false);
-    QVERIFY2(m_sink->console.filter(QStringLiteral("XML Error")).isEmpty(), qPrintable(m_sink->console.join('\n')));
-    QVERIFY2(m_sink->errors.isEmpty(), qPrintable(m_sink->errors.join('\n')));
-    auto *hwfc = element<CheckBox>(QStringLiteral("UARTE0.CONFIG.HWFC"));
-    auto *rts = element<ComboBox>(QStringLiteral("UARTE0.PSEL_RTS.CONNECT"));
-    auto *cts = element<ComboBox>(QStringLiteral("UARTE0.PSEL_CTS.CONNECT"));
+    m_form.sink->clear();
+    QVERIFY(m_form.window->open(example));
+    m_form.window->startUp(false);
+    QVERIFY2(m_form.sink->console.filter(QStringLiteral("XML Error")).isEmpty(), qPrintable(m_form.sink->console.join('\n')));
+    QVERIFY2(m_form.sink->errors.isEmpty(), qPrintable(m_form.sink->errors.join('\n')));
+    auto *hwfc = m_form.element<CheckBox>(QStringLiteral("UARTE0.CONFIG.HWFC"));
+    auto *rts = m_form.element<ComboBox>(QStringLiteral("UARTE0.PSEL_RTS.CONNECT"));
+    auto *cts = m_form.element<ComboBox>(QStringLiteral("UARTE0.PSEL_CTS.CONNECT"));
     QVERIFY(hwfc && rts && cts);
     // Flow control off: both lines are held disconnected.
     for (ComboBox *line : {rts, cts}) {
@@ -317,58 +255,58 @@ void TestLocks::boardExampleFlowControl()
     // Off again: the lines are pinned whatever the user chose.
     hwfc->click();
     QCOMPARE(rts->value(1), QStringLiteral("Disconnected"));
-    QCOMPARE(m_window->conflictCount(), 0);
+    QCOMPARE(m_form.window->conflictCount(), 0);
 
     // A tick rate of 1 Hz needs a prescaler beyond its 12 bits.
-    auto *tick = element<SpinBox>(QStringLiteral("RTC0_TICK_HZ"));
+    auto *tick = m_form.element<SpinBox>(QStringLiteral("RTC0_TICK_HZ"));
     QVERIFY(tick);
-    m_sink->clear();
+    m_form.sink->clear();
     QVERIFY(tick->setValue(QStringLiteral("1"), 0));
-    QCOMPARE(m_window->conflictCount(), 1);
-    QCOMPARE(m_sink->console.filter(QStringLiteral("overflow")),
+    QCOMPARE(m_form.window->conflictCount(), 1);
+    QCOMPARE(m_form.sink->console.filter(QStringLiteral("overflow")),
              QStringList{QStringLiteral("<font color=\"red\"><b>Warning: </font></b> <a href=\"RTC0_TICK_HZ\">RTC0_TICK_HZ</a> "
                                         "has caused an overflow in <a href=\"RTC0.PRESCALER.PRESCALER\">"
                                         "RTC0.PRESCALER.PRESCALER</a>. Highest possible value: 4095<br>")});
     QVERIFY(tick->setValue(QStringLiteral("8"), 0));
-    QCOMPARE(m_window->conflictCount(), 0);
-    QVERIFY(m_sink->console.last().contains(QStringLiteral("Over-/Underflow in: ")));
+    QCOMPARE(m_form.window->conflictCount(), 0);
+    QVERIFY(m_form.sink->console.last().contains(QStringLiteral("Over-/Underflow in: ")));
 }
 
 void TestLocks::rangeChangeBySetDef()
 {
-    auto *sp = element<SpinBox>(QStringLiteral("SP"));
-    element<CheckBox>(QStringLiteral("INV"))->click();
+    auto *sp = m_form.element<SpinBox>(QStringLiteral("SP"));
+    m_form.element<CheckBox>(QStringLiteral("INV"))->click();
     QCOMPARE(sp->value(0), QStringLiteral("2"));
     // Three bounds in one burst make one line, from the first old range to
     // the last new one; the first moves nothing and is no news.
     QVERIFY(SetDef::run(QStringLiteral("SP.max=20;SP.min=9;SP.max=12")));
     QCOMPARE(sp->value(0), QStringLiteral("9"));
-    QVERIFY(m_sink->console.filter(QStringLiteral("darkorange")).isEmpty());
-    QTRY_COMPARE_WITH_TIMEOUT(m_sink->console.filter(QStringLiteral("darkorange")).size(), 1, 1000);
-    QCOMPARE(m_sink->console.filter(QStringLiteral("darkorange")).first(),
+    QVERIFY(m_form.sink->console.filter(QStringLiteral("darkorange")).isEmpty());
+    QTRY_COMPARE_WITH_TIMEOUT(m_form.sink->console.filter(QStringLiteral("darkorange")).size(), 1, 1000);
+    QCOMPARE(m_form.sink->console.filter(QStringLiteral("darkorange")).first(),
              QStringLiteral("<font color=\"darkorange\"><a href = \"SP\">SP</a> was set from 2 to 9 because its range "
                             "was changed from 0..20 to 9..12</font><br>"));
     QTest::qWait(150);
-    QCOMPARE(m_sink->console.filter(QStringLiteral("darkorange")).size(), 1);
+    QCOMPARE(m_form.sink->console.filter(QStringLiteral("darkorange")).size(), 1);
 }
 
 void TestLocks::locksFollowResetAndLoad()
 {
-    auto *t = element<CheckBox>(QStringLiteral("P.R.EN"));
-    auto *a = element<CheckBox>(QStringLiteral("A"));
-    auto *list = element<ComboBox>(QStringLiteral("L"));
-    auto *group = element<ButtonGroup>(QStringLiteral("M"));
-    auto *sp = element<SpinBox>(QStringLiteral("SP"));
+    auto *t = m_form.element<CheckBox>(QStringLiteral("P.R.EN"));
+    auto *a = m_form.element<CheckBox>(QStringLiteral("A"));
+    auto *list = m_form.element<ComboBox>(QStringLiteral("L"));
+    auto *group = m_form.element<ButtonGroup>(QStringLiteral("M"));
+    auto *sp = m_form.element<SpinBox>(QStringLiteral("SP"));
     a->click();
     // As the user picks it: the choice is what a configuration keeps.
-    QVERIFY(m_window->execScriptLine(QStringLiteral("SET(L, 1)"), 1));
+    QVERIFY(m_form.window->execScriptLine(QStringLiteral("SET(L, 1)"), 1));
     QVERIFY(t->locked && group->locked);
-    const QString saved = m_dir.filePath(QStringLiteral("locked.qlnp"));
-    QVERIFY(m_window->saveConfiguration(saved));
+    const QString saved = m_form.dir.filePath(QStringLiteral("locked.qlnp"));
+    QVERIFY(m_form.window->saveConfiguration(saved));
 
     // Defaults are set quietly; the list's lock of its old item must not
     // outlive the reset.
-    m_window->resetGUI();
+    m_form.window->resetGUI();
     QVERIFY(!t->locked);
     QVERIFY(t->isEnabled());
     QVERIFY(!group->locked);
@@ -378,8 +316,8 @@ void TestLocks::locksFollowResetAndLoad()
     QVERIFY(sp->locked);
 
     // Values come back with signals blocked; their locks come back too.
-    m_sink->clear();
-    QVERIFY(m_window->load(saved));
+    m_form.sink->clear();
+    QVERIFY(m_form.window->load(saved));
     QVERIFY(a->isChecked());
     QVERIFY(t->isChecked());
     QVERIFY(!t->isEnabled());
@@ -387,7 +325,7 @@ void TestLocks::locksFollowResetAndLoad()
     QCOMPARE(group->value(1), QStringLiteral("On"));
     QCOMPARE(lockPeers(group->lockedBy), QStringList{QStringLiteral("L")});
     QCOMPARE(lockPeers(sp->lockedBy), QStringList{QStringLiteral("INV")});
-    QCOMPARE(m_window->conflictCount(), 0);
+    QCOMPARE(m_form.window->conflictCount(), 0);
     // The target was saved with its own choice, which returns on release.
     a->click();
     QVERIFY(!t->isChecked());

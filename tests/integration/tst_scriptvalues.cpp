@@ -1,5 +1,6 @@
 #include <QtTest>
 
+#include "FormWindow.h"
 #include "QuillonRun.h"
 #include "RecordingSink.h"
 #include "elements/ActiveElement.h"
@@ -28,8 +29,7 @@ private slots:
 private:
     ActiveElement *element(const QString &define) const { return m_window->document()->tables().element(define); }
 
-    QTemporaryDir m_dir;
-    QString m_path;
+    FormWindow m_form;
     MainWindow *m_window = nullptr;
     RecordingSink *m_sink = nullptr;
 };
@@ -54,31 +54,20 @@ static const QByteArray kForm = R"(
 
 void TestScriptValues::initTestCase()
 {
-    QCoreApplication::setOrganizationName(QStringLiteral("Norvane Technologies"));
-    QVERIFY(m_dir.isValid());
-    QVERIFY(writeTextFile(m_dir.filePath(QStringLiteral("none.svd")),
-                          "<?xml version=\"1.0\"?>\n<device><name>NONE</name><peripherals/></device>\n"));
-    m_path = m_dir.filePath(QStringLiteral("values.xml"));
-    QVERIFY(writeDescription(m_path, "<svd file=\"none.svd\"/>\n", kForm));
+    QVERIFY(m_form.write(miniSvd(), kForm));
 }
 
 void TestScriptValues::init()
 {
-    StartOptions options;
-    options.quiet = true;
-    m_window = new MainWindow(options);
-    QVERIFY(m_window->open(m_path));
-    m_window->startUp(false);
-    m_sink = new RecordingSink;
+    QVERIFY(m_form.open());
+    m_window = m_form.window;
+    m_sink = m_form.sink;
     QVERIFY(!m_window->isWindowModified());
 }
 
 void TestScriptValues::cleanup()
 {
-    delete m_sink;
-    m_sink = nullptr;
-    delete m_window;
-    m_window = nullptr;
+    m_form.close();
 }
 
 void TestScriptValues::valueCommands_data()

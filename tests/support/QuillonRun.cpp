@@ -80,10 +80,21 @@ QByteArray signedDescription(QByteArray text)
     return text;
 }
 
+QByteArray descriptionText(const QByteArray &body, const QByteArray &version)
+{
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<nvxmlcfg version=\"" + version + "\">\n\t<checksum>"
+        + QByteArray(64, '0') + "</checksum>\n" + body + "\n</nvxmlcfg>\n";
+}
+
 bool writeDescription(const QString &path, const QByteArray &head, const QByteArray &body)
 {
-    const QByteArray text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<nvxmlcfg version=\"2.0.0\">\n"
-                            "\t<checksum>0000000000000000000000000000000000000000000000000000000000000000</checksum>\n"
-        + head + body + "\n</nvxmlcfg>\n";
-    return writeTextFile(path, signedDescription(text));
+    return writeTextFile(path, signedDescription(descriptionText(head + body)));
+}
+
+QByteArray miniSvd(const QByteArray &fields, const QByteArray &moreRegisters)
+{
+    return "<?xml version=\"1.0\"?>\n<device><name>MINI</name><peripherals>\n"
+           "<peripheral><name>P</name><baseAddress>0x40000000</baseAddress><registers>\n"
+           "<register><name>R</name><addressOffset>0x0</addressOffset><size>32</size><fields>\n"
+        + fields + "</fields></register>\n" + moreRegisters + "</registers></peripheral></peripherals></device>\n";
 }

@@ -26,6 +26,13 @@ QString readTextFile(const QString &path);
 bool writeTextFile(const QString &path, const QByteArray &content);
 // A description text with a correct digest (the placeholder replaced).
 QByteArray signedDescription(QByteArray text);
+// The text of a description of the version, unsigned (its checksum a
+// placeholder), with `body` in its root.
+QByteArray descriptionText(const QByteArray &body, const QByteArray &version = "2.0.0");
 // Writes a signed description of version 2.0.0: its root holds `head`
 // (the svd element and the like) and then `body`.
 bool writeDescription(const QString &path, const QByteArray &head, const QByteArray &body);
+// An SVD file of the device MINI: peripheral P at 0x40000000 whose 32-bit
+// register R at offset 0 has the <field> elements given, then the further
+// <register> elements.
+QByteArray miniSvd(const QByteArray &fields = QByteArray(), const QByteArray &moreRegisters = QByteArray());

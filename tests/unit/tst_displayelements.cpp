@@ -13,7 +13,6 @@
 #include "elements/Selectors.h"
 #include "elements/TimerLabel.h"
 
-#include <QMovie>
 #include <QTemporaryDir>
 
 #include <cmath>
@@ -34,18 +33,13 @@ private slots:
     void ledState();
     void ledFollowsRecordsAndElements();
 
-    void gifAnimatesAndStillReplacesIt();
     void unreadablePicturesLeaveImageEmpty_data();
     void unreadablePicturesLeaveImageEmpty();
-    void svgShapesFollowDefines();
     void brokenSvgIsReported();
-    void savedPictureMatchesShown();
 
-    void buttonRunsEntriesOfItsEvent();
     void buttonWaitsForSendDelay();
     void buttonIcon();
 
-    void timerSingleShotTicksOnce();
     void timerRunsActionsPerTick();
     void timerKinds();
 
@@ -239,37 +233,6 @@ void TestDisplayElements::ledFollowsRecordsAndElements()
     QVERIFY(m_sink->errors.isEmpty());
 }
 
-void TestDisplayElements::gifAnimatesAndStillReplacesIt()
-{
-    const QString gif = m_dir->filePath(QStringLiteral("blink.gif"));
-    QVERIFY(TestPictures::writeBytes(gif, TestPictures::animatedGif({Qt::red, Qt::blue}, 8, 8, 2)));
-    const QString png = m_dir->filePath(QStringLiteral("still.png"));
-    QVERIFY(TestPictures::writePng(png, 8, 8, Qt::green));
-
-    Image image;
-    QVERIFY(image.setPictureFile(gif));
-    QVERIFY(image.movie());
-    QCOMPARE(image.movie()->frameCount(), 2);
-    image.show();
-
-    // The animation runs by itself: both frames come, in turn.
-    QSet<QRgb> shown;
-    QElapsedTimer clock;
-    clock.start();
-    while (shown.size() < 2 && clock.elapsed() < 3000) {
-        QTest::qWait(10);
-        shown.insert(image.movie()->currentImage().pixel(4, 4) | 0xff000000u);
-    }
-    QVERIFY(shown.contains(QColor(Qt::red).rgb()));
-    QVERIFY(shown.contains(QColor(Qt::blue).rgb()));
-
-    // Another file through `.image` is a still, and the animation is gone.
-    QVERIFY(image.setPictureFile(png));
-    QVERIFY(!image.movie());
-    QCOMPARE(image.pixmap(Qt::ReturnByValue).toImage().pixelColor(4, 4), QColor(Qt::green));
-    QVERIFY(m_sink->errors.isEmpty());
-}
-
 void TestDisplayElements::unreadablePicturesLeaveImageEmpty_data()
 {
     QTest::addColumn<QString>("name");
@@ -304,43 +267,6 @@ void TestDisplayElements::unreadablePicturesLeaveImageEmpty()
     QVERIFY(!image.savePicture(m_dir->filePath(QStringLiteral("out.png"))));
 }
 
-void TestDisplayElements::svgShapesFollowDefines()
-{
-    QWidget owner;
-    auto *flag = new FakeElement(QStringLiteral("FLAG"), &owner);
-    auto *count = new FakeElement(QStringLiteral("COUNT"), &owner);
-    m_tables->addElement(QStringLiteral("FLAG"), flag);
-    m_tables->addElement(QStringLiteral("COUNT"), count);
-
-    Image image;
-    image.setFixedSize(20, 20);
-    const QByteArray svg = "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"10\" height=\"10\">"
-                           "<rect define=\"FLAG\" x=\"0\" y=\"0\" width=\"10\" height=\"10\" fill=\"#ff0000\"/>"
-                           "<text define=\"COUNT\" x=\"0\" y=\"9\">?</text></svg>";
-    QVERIFY(image.setSvg(svg));
-    QCOMPARE(image.property("File").toString(), QStringLiteral("$SVG$"));
-    QCOMPARE(image.svgDefines(), (QStringList{QStringLiteral("FLAG"), QStringLiteral("COUNT")}));
-    // Drawn at the fixed size, not the SVG's own.
-    QCOMPARE(image.pixmap(Qt::ReturnByValue).size(), QSize(20, 20));
-
-    flag->number = 0;
-    count->number = 42;
-    image.refreshSvg(m_tables);
-    QCOMPARE(qAlpha(image.pixmap(Qt::ReturnByValue).toImage().pixel(2, 2)), 0);
-    QVERIFY(image.svgSource().contains(">42<"));
-
-    flag->number = 1;
-    image.refreshSvg(m_tables);
-    QCOMPARE(image.pixmap(Qt::ReturnByValue).toImage().pixelColor(2, 2), QColor(Qt::red));
-
-    // A passive picture stays as it is.
-    image.setPassive(true);
-    flag->number = 0;
-    image.refreshSvg(m_tables);
-    QCOMPARE(image.pixmap(Qt::ReturnByValue).toImage().pixelColor(2, 2), QColor(Qt::red));
-    QVERIFY(m_sink->errors.isEmpty());
-}
-
 void TestDisplayElements::brokenSvgIsReported()
 {
     Image image;
@@ -351,71 +277,6 @@ void TestDisplayElements::brokenSvgIsReported()
     image.redraw();
     QCOMPARE(m_sink->errors.size(), 2);
     QCOMPARE(m_sink->errors.first(), QStringLiteral("Picture of <image> element couldn't be loaded."));
-}
-
-void TestDisplayElements::savedPictureMatchesShown()
-{
-    const QString png = m_dir->filePath(QStringLiteral("in.png"));
-    QVERIFY(TestPictures::writePng(png, 6, 3, Qt::blue));
-    Image image;
-    QVERIFY(image.setPictureFile(png));
-    const QString out = m_dir->filePath(QStringLiteral("out.png"));
-    QVERIFY(image.savePicture(out));
-    const QImage saved(out);
-    QCOMPARE(saved.size(), QSize(6, 3));
-    QCOMPARE(saved.pixelColor(1, 1), QColor(Qt::blue));
-}
-
-void TestDisplayElements::buttonRunsEntriesOfItsEvent()
-{
-    PushButton button;
-    button.setObjectName(QStringLiteral("GO"));
-    QVariantMap data;
-    data.insert(QStringLiteral("0"),
-                QStringList{QStringLiteral("clicked_sendUSB"), QString(), QStringLiteral("01 02"), QStringLiteral("R1"), QString(),
-                            QStringLiteral("clicked_setDef"), QStringLiteral("0"), QStringLiteral("skipped=1"),
-                            QStringLiteral("clicked_setDef"), QStringLiteral("1"), QStringLiteral("a=1"),
-                            QStringLiteral("pressed_setDef"), QString(), QStringLiteral("p=1"),
-                            QStringLiteral("released_sendUSB"), QString(), QStringLiteral("03"), QString(), QString(),
-                            QStringLiteral("clicked_resetGUI"), QString(), QStringLiteral("ignored")});
-    button.setProperty("data", data);
-    button.setProperty("default_setdef", QStringList{QStringLiteral("d=1"), QStringLiteral("e=2")});
-
-    QStringList seen;
-    auto record = [&seen](const char *name) {
-        return [&seen, name](const QString &text) { seen << QStringLiteral("%1:%2").arg(QLatin1String(name), text); };
-    };
-    connect(&button, &PushButton::clicked_sendUSB, this, record("clicked_sendUSB"));
-    connect(&button, &PushButton::clicked_recData, this, record("clicked_recData"));
-    connect(&button, &PushButton::clicked_setDef, this, record("clicked_setDef"));
-    connect(&button, &PushButton::clicked_resetGUI, this, record("clicked_resetGUI"));
-    connect(&button, &PushButton::pressed_setDef, this, record("pressed_setDef"));
-    connect(&button, &PushButton::pressed_sendUSB, this, record("pressed_sendUSB"));
-    connect(&button, &PushButton::released_sendUSB, this, record("released_sendUSB"));
-    connect(&button, &PushButton::released_recData, this, record("released_recData"));
-
-    button.resize(60, 24);
-    button.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&button));
-    QTest::mouseClick(&button, Qt::LeftButton);
-
-    const QStringList expected = {
-        QStringLiteral("pressed_setDef:p=1"),
-        QStringLiteral("released_sendUSB:03"),
-        QStringLiteral("clicked_sendUSB:01 02"),
-        QStringLiteral("clicked_recData:R1"),
-        QStringLiteral("clicked_setDef:a=1"),
-        QStringLiteral("clicked_resetGUI:ignored"),
-        QStringLiteral("clicked_setDef:d=1"),
-        QStringLiteral("clicked_setDef:e=2"),
-    };
-    QCOMPARE(seen, expected);
-
-    // A disabled button runs nothing.
-    seen.clear();
-    button.setEnabled(false);
-    QTest::mouseClick(&button, Qt::LeftButton);
-    QVERIFY(seen.isEmpty());
 }
 
 void TestDisplayElements::buttonWaitsForSendDelay()
@@ -444,66 +305,18 @@ void TestDisplayElements::buttonIcon()
     const QString png = m_dir->filePath(QStringLiteral("icon.png"));
     QVERIFY(TestPictures::writePng(png, 40, 20, Qt::red));
 
-    PushButton scaled;
-    QVERIFY(scaled.setIconFile(png, QSize(16, 16)));
-    QCOMPARE(scaled.iconSize(), QSize(16, 16));
-    QVERIFY(scaled.isFlat());
-
+    // Without a size the button takes the picture's.
     PushButton natural;
     QVERIFY(natural.setIconFile(png));
     QCOMPARE(natural.iconSize(), QSize(40, 20));
     QCOMPARE(natural.size(), QSize(40, 20));
+    QVERIFY(!natural.setIconFile(m_dir->filePath(QStringLiteral("none.png"))));
 
     // nograyout: the disabled icon is the picture itself, not a greyed one.
     PushButton plain;
     QVERIFY(plain.setIconFile(png, QSize(), true));
     const QImage disabled = plain.icon().pixmap(QSize(40, 20), QIcon::Disabled).toImage();
     QCOMPARE(disabled.pixelColor(5, 5), QColor(Qt::red));
-
-    // A missing picture at run time keeps the icon and is reported.
-    scaled.setProperty("Size", QStringLiteral("16;16"));
-    QVERIFY(!scaled.setPicture(m_dir->filePath(QStringLiteral("none.png"))));
-    QCOMPARE(m_sink->errors, QStringList{QStringLiteral("Picture of <button> element couldn't be loaded.")});
-    QVERIFY(!scaled.icon().isNull());
-    QVERIFY(!natural.setIconFile(m_dir->filePath(QStringLiteral("none.png"))));
-}
-
-void TestDisplayElements::timerSingleShotTicksOnce()
-{
-    TimerLabel timer;
-    timer.setObjectName(QStringLiteral("tick"));
-    timer.setInterval(10);
-    timer.setSingleShot(1);
-    timer.setRun(1);
-    QSignalSpy updates(&timer, &TimerLabel::updateMathLabels);
-
-    timer.applyDefault();
-    // The start-up step and a reset may both connect: still one tick.
-    timer.connectSignals();
-    timer.connectSignals();
-    QTest::qWait(150);
-    QCOMPARE(timer.counter(), qint64(1));
-    QCOMPARE(timer.text(), QStringLiteral("1"));
-    QCOMPARE(updates.count(), 1);
-
-    // A reset starts it anew by `run`.
-    timer.applyDefault();
-    QCOMPARE(timer.text(), QStringLiteral("0"));
-    timer.connectSignals();
-    QTRY_COMPARE(timer.counter(), qint64(1));
-
-    // Without `run` it waits for `.run`.
-    TimerLabel idle;
-    idle.setInterval(5);
-    idle.connectSignals();
-    QTest::qWait(50);
-    QCOMPARE(idle.counter(), qint64(0));
-    QVERIFY(idle.setValue(QStringLiteral("1"), Selectors::Run));
-    QTRY_VERIFY(idle.counter() >= 2);
-    QVERIFY(idle.setValue(QStringLiteral("0"), Selectors::Run));
-    const qint64 stopped = idle.counter();
-    QTest::qWait(50);
-    QCOMPARE(idle.counter(), stopped);
 }
 
 void TestDisplayElements::timerRunsActionsPerTick()
