@@ -54,19 +54,12 @@ private:
     MainWindow *m_window = nullptr;
 };
 
-static const QByteArray kSvd =
-    "<?xml version=\"1.0\"?>\n<device><name>MINI</name><peripherals>\n"
-    "<peripheral><name>P</name><baseAddress>0x40000000</baseAddress><registers>\n"
-    "<register><name>R</name><addressOffset>0x0</addressOffset><size>32</size>\n"
-    "<fields><field><name>F</name><lsb>0</lsb><msb>3</msb></field>"
-    "<field><name>G</name><lsb>4</lsb><msb>7</msb></field></fields></register>\n"
-    "</registers></peripheral></peripherals></device>\n";
-
 void TestConfigurationFiles::initTestCase()
 {
     QCoreApplication::setOrganizationName(QStringLiteral("Norvane Technologies"));
     QVERIFY(m_dir.isValid());
-    QVERIFY(writeTextFile(path(QStringLiteral("mini.svd")), kSvd));
+    QVERIFY(writeTextFile(path(QStringLiteral("mini.svd")), miniSvd("<field><name>F</name><lsb>0</lsb><msb>3</msb></field>"
+                                                                       "<field><name>G</name><lsb>4</lsb><msb>7</msb></field>")));
     QVERIFY(writeTextFile(path(QStringLiteral("migrate.txt")), "NVXQuillon_Version 2.0\n"
                                                               "P.OLD.F   P_R\n"
                                                               "OLDP_R P_R\n"

@@ -144,10 +144,7 @@ void TestDisplayReaders::cleanup()
 
 bool TestDisplayReaders::read(const QByteArray &body, bool withModel)
 {
-    const QByteArray text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<nvxmlcfg version=\"2.5.0\">\n"
-                            "\t<checksum>0000000000000000000000000000000000000000000000000000000000000000</checksum>\n"
-                            "\t<verticalcontainer>\n"
-        + body + "\n\t</verticalcontainer>\n</nvxmlcfg>\n";
+    const QByteArray text = descriptionText("\t<verticalcontainer>\n" + body + "\n\t</verticalcontainer>", "2.5.0");
     const QString file = path(QStringLiteral("form.xml"));
     writeTextFile(file, signedDescription(text));
     QFile device(file);

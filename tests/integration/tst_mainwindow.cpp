@@ -25,7 +25,6 @@ private slots:
     void openFailureReturnsToHome();
     void closeModes_data();
     void closeModes();
-    void nothingAskedWithoutLoadSave();
     void dropOpensDescriptions();
     void saveWritesSignedConfiguration();
     void formulaNamesCheckedAtStartUp();
@@ -37,17 +36,10 @@ private:
     QTemporaryDir m_dir;
 };
 
-static const QByteArray kSvd =
-    "<?xml version=\"1.0\"?>\n<device><name>MINI</name><peripherals>\n"
-    "<peripheral><name>P</name><baseAddress>0x40000000</baseAddress><registers>\n"
-    "<register><name>R</name><addressOffset>0x4</addressOffset><size>32</size>\n"
-    "<fields><field><name>F</name><lsb>0</lsb><msb>3</msb></field></fields></register>\n"
-    "</registers></peripheral></peripherals></device>\n";
-
 void TestMainWindow::initTestCase()
 {
     QCoreApplication::setOrganizationName(QStringLiteral("Norvane Technologies"));
-    QVERIFY(writeTextFile(m_dir.filePath(QStringLiteral("mini.svd")), kSvd));
+    QVERIFY(writeTextFile(m_dir.filePath(QStringLiteral("mini.svd")), miniSvd("<field><name>F</name><lsb>0</lsb><msb>3</msb></field>")));
 }
 
 QString TestMainWindow::writeDescription(const QString &name, const QByteArray &body, const QByteArray &rootExtra)
@@ -106,11 +98,13 @@ void TestMainWindow::closeModes_data()
     QTest::addColumn<int>("mode");
     QTest::addColumn<bool>("modified");
     QTest::addColumn<bool>("accepted");
-    QTest::newRow("ask, unmodified") << 0 << false << true;
+    QTest::addColumn<bool>("loadSave");   // false: a form that has nothing to save
+    QTest::newRow("ask, unmodified") << 0 << false << true << true;
     // Quiet mode answers the question with Cancel: work is never lost.
-    QTest::newRow("ask, modified") << 0 << true << false;
-    QTest::newRow("close at once") << 2 << true << true;
-    QTest::newRow("refuse") << 3 << false << false;
+    QTest::newRow("ask, modified") << 0 << true << false << true;
+    QTest::newRow("nothing asked without load and save") << 0 << true << true << false;
+    QTest::newRow("close at once") << 2 << true << true << true;
+    QTest::newRow("refuse") << 3 << false << false << true;
 }
 
 void TestMainWindow::closeModes()
@@ -118,7 +112,10 @@ void TestMainWindow::closeModes()
     QFETCH(int, mode);
     QFETCH(bool, modified);
     QFETCH(bool, accepted);
+    QFETCH(bool, loadSave);
     MainWindow window(quietOptions());
+    if (!loadSave)
+        QVERIFY(window.open(writeDescription(QStringLiteral("nosave.xml"), "<tabcontainer/>", "<loadsaveallowed value=\"0\"/>\n")));
     window.setWindowModified(modified);
     window.setCloseMode(mode);
     QCloseEvent event;
@@ -129,17 +126,6 @@ void TestMainWindow::closeModes()
     QCloseEvent again;
     QCoreApplication::sendEvent(&window, &again);
     QVERIFY(again.isAccepted());
-}
-
-void TestMainWindow::nothingAskedWithoutLoadSave()
-{
-    const QString path = writeDescription(QStringLiteral("nosave.xml"), "<tabcontainer/>", "<loadsaveallowed value=\"0\"/>\n");
-    MainWindow window(quietOptions());
-    QVERIFY(window.open(path));
-    window.setWindowModified(true);
-    QCloseEvent event;
-    QCoreApplication::sendEvent(&window, &event);
-    QVERIFY(event.isAccepted());
 }
 
 void TestMainWindow::dropOpensDescriptions()

@@ -31,17 +31,10 @@ private:
 
 void TestScripts::initTestCase()
 {
-    const QByteArray svd = "<?xml version=\"1.0\"?>\n<device><name>MINI</name><peripherals>\n"
-                           "<peripheral><name>P</name><baseAddress>0x40000000</baseAddress><registers>\n"
-                           "<register><name>R</name><addressOffset>0x4</addressOffset><size>32</size></register>\n"
-                           "</registers></peripheral></peripherals></device>\n";
-    QVERIFY(writeTextFile(m_dir.filePath(QStringLiteral("mini.svd")), svd));
-    const QByteArray description =
-        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<nvxmlcfg version=\"2.0.0\">\n"
-        "\t<checksum>0000000000000000000000000000000000000000000000000000000000000000</checksum>\n"
-        "<svd file=\"mini.svd\"/>\n<verticalcontainer>\n"
-        "<var define=\"counter\"/>\n<var define=\"speed\" default=\"7\"/>\n<var define=\"zeta\" default=\"1\"/>\n"
-        "</verticalcontainer>\n</nvxmlcfg>\n";
+    QVERIFY(writeTextFile(m_dir.filePath(QStringLiteral("mini.svd")), miniSvd()));
+    const QByteArray description = descriptionText("<svd file=\"mini.svd\"/>\n<verticalcontainer>\n<var define=\"counter\"/>\n"
+                                                   "<var define=\"speed\" default=\"7\"/>\n<var define=\"zeta\" default=\"1\"/>\n"
+                                                   "</verticalcontainer>");
     m_description = m_dir.filePath(QStringLiteral("form.xml"));
     QVERIFY(writeTextFile(m_description, signedDescription(description)));
 }

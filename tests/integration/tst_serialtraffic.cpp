@@ -56,17 +56,11 @@ private:
     RecordingSink *m_sink = nullptr;
 };
 
-static const QByteArray kSvd =
-    "<?xml version=\"1.0\"?>\n<device><name>MINI</name><peripherals>\n"
-    "<peripheral><name>P</name><baseAddress>0x40000000</baseAddress><registers>\n"
-    "<register><name>R</name><addressOffset>0x0</addressOffset><size>32</size></register>\n"
-    "</registers></peripheral></peripherals></device>\n";
-
 void TestSerialTraffic::initTestCase()
 {
     QCoreApplication::setOrganizationName(QStringLiteral("Norvane Technologies"));
     QVERIFY(m_dir.isValid());
-    QVERIFY(writeTextFile(m_dir.filePath(QStringLiteral("mini.svd")), kSvd));
+    QVERIFY(writeTextFile(m_dir.filePath(QStringLiteral("mini.svd")), miniSvd()));
 }
 
 void TestSerialTraffic::init()
@@ -91,9 +85,7 @@ void TestSerialTraffic::cleanup()
 
 QString TestSerialTraffic::writeDescription(const QString &name, const QString &port, const QString &extra)
 {
-    const QByteArray text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<nvxmlcfg version=\"2.0.0\">\n"
-                            "\t<checksum>0000000000000000000000000000000000000000000000000000000000000000</checksum>\n"
-                            "<svd file=\"mini.svd\"/>\n"
+    const QByteArray text = "<svd file=\"mini.svd\"/>\n"
                             "<ioconfig port=\"" + port.toUtf8() + "\" settings=\"9600;8;N;1\"/>\n"
                             "<iocheck mode=\"3\"/>\n" + extra.toUtf8() +
                             "<verticalcontainer>\n"
@@ -108,9 +100,9 @@ QString TestSerialTraffic::writeDescription(const QString &name, const QString &
                             " <spinbox define=\"POLLED\" svd=\"0\" range=\"0;65535\"/>\n"
                             " <var define=\"RAW\"/>\n"
                             " <communication data=\"0x09\" recdata=\"-2:POLLED\" interval=\"30\" timeout=\"20\"/>\n"
-                            "</verticalcontainer>\n</nvxmlcfg>\n";
+                            "</verticalcontainer>\n";
     const QString path = m_dir.filePath(name);
-    writeTextFile(path, signedDescription(text));
+    writeTextFile(path, signedDescription(descriptionText(text)));
     return path;
 }
 

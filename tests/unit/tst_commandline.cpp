@@ -11,13 +11,9 @@ class TestCommandLine : public QObject
 {
     Q_OBJECT
 private slots:
+    void options_data();
     void options();
-    void definesAccumulate();
-    void lastFileWins();
-    void loneDashIsAFileName();
-    void saveWithoutFile();
     void detachedFileIsHinted();
-    void unknownOptionsIgnored();
     void usageText();
     void defineItems();
     void startCondition_data();
@@ -33,50 +29,49 @@ static StartOptions parse(const QStringList &args)
     return CommandLine::parse(QStringList{QStringLiteral("quillon")} + args);
 }
 
-void TestCommandLine::options()
+// Every option the arguments set, in a fixed order.
+static QString summary(const StartOptions &o)
 {
-    const StartOptions o = parse({"-g", "-q", "-k", "-x", "-cmirror.log", "-oout.log", "-brun.script",
-                                  "-ia;b", "-d x=1 ", "a.xml"});
-    QVERIFY(o.generate);
-    QVERIFY(o.quiet);
-    QVERIFY(o.keil);
-    QVERIFY(o.exitAfterKeil);
-    QVERIFY(!o.save);
-    QCOMPARE(o.consoleLogFile, QStringLiteral("mirror.log"));
-    QCOMPARE(o.outputLogFile, QStringLiteral("out.log"));
-    QCOMPARE(o.batchFile, QStringLiteral("run.script"));
-    QCOMPARE(o.includePaths, QStringLiteral("a;b"));
+    QStringList parts;
+    const QList<QPair<bool, const char *>> flags{{o.generate, "g"}, {o.quiet, "q"}, {o.keil, "k"}, {o.exitAfterKeil, "x"},
+                                                 {o.save, "s"}, {o.usageRequested, "?"}};
+    for (const auto &flag : flags) {
+        if (flag.first)
+            parts << QLatin1String(flag.second);
+    }
+    const QList<QPair<QString, const char *>> texts{{o.consoleLogFile, "c="}, {o.outputLogFile, "o="}, {o.batchFile, "b="},
+                                                    {o.includePaths, "i="}, {o.defines, "d="}, {o.saveFile, "save="},
+                                                    {o.fileName, "file="}};
+    for (const auto &text : texts) {
+        if (!text.first.isEmpty())
+            parts << QLatin1String(text.second) + text.first;
+    }
+    return parts.join(QLatin1Char('|'));
+}
+
+void TestCommandLine::options_data()
+{
+    QTest::addColumn<QStringList>("args");
+    QTest::addColumn<QString>("options");
     // The argument is trimmed as a whole; its text starts right behind the
     // letter, blanks included (the items are trimmed when they are used).
-    QCOMPARE(o.defines, QStringLiteral(" x=1"));
-    QCOMPARE(o.fileName, QStringLiteral("a.xml"));
+    QTest::newRow("all") << QStringList{"-g", "-q", "-k", "-x", "-cmirror.log", "-oout.log", "-brun.script", "-ia;b", "-d x=1 ", "a.xml"}
+                         << "g|q|k|x|c=mirror.log|o=out.log|b=run.script|i=a;b|d= x=1|file=a.xml";
+    QTest::newRow("defines accumulate") << QStringList{"-da=1", "-db=2"} << "d=a=1;b=2";
+    QTest::newRow("include paths accumulate") << QStringList{"-ip1", "-ip2", "-ip3"} << "i=p1;p2;p3";
+    QTest::newRow("assigning options keep the last") << QStringList{"-cfirst", "-csecond"} << "c=second";
+    QTest::newRow("last file wins") << QStringList{"a.xml", "-q", "b.qlnp"} << "q|file=b.qlnp";
+    QTest::newRow("lone dash is a file name") << QStringList{"a.xml", "-"} << "file=-";
+    QTest::newRow("save without file") << QStringList{"-s", "a.xml"} << "s|file=a.xml";
+    QTest::newRow("save to a file") << QStringList{"-sout.qlnp"} << "s|save=out.qlnp";
+    QTest::newRow("unknown options ignored") << QStringList{"-z", "-Q", "--", "a.xml"} << "file=a.xml";
+    QTest::newRow("usage") << QStringList{"-?", "a.xml"} << "?|file=a.xml";
 }
 
-void TestCommandLine::definesAccumulate()
+void TestCommandLine::options()
 {
-    QCOMPARE(parse({"-da=1", "-db=2"}).defines, QStringLiteral("a=1;b=2"));
-    QCOMPARE(parse({"-ip1", "-ip2", "-ip3"}).includePaths, QStringLiteral("p1;p2;p3"));
-    // Options that assign keep the last use.
-    QCOMPARE(parse({"-cfirst", "-csecond"}).consoleLogFile, QStringLiteral("second"));
-}
-
-void TestCommandLine::lastFileWins()
-{
-    QCOMPARE(parse({"a.xml", "-q", "b.qlnp"}).fileName, QStringLiteral("b.qlnp"));
-}
-
-void TestCommandLine::loneDashIsAFileName()
-{
-    const StartOptions o = parse({"a.xml", "-"});
-    QCOMPARE(o.fileName, QStringLiteral("-"));
-}
-
-void TestCommandLine::saveWithoutFile()
-{
-    const StartOptions o = parse({"-s", "a.xml"});
-    QVERIFY(o.save);
-    QVERIFY(o.saveFile.isEmpty());
-    QCOMPARE(parse({"-sout.qlnp"}).saveFile, QStringLiteral("out.qlnp"));
+    QFETCH(QStringList, args);
+    QTEST(summary(parse(args)), "options");
 }
 
 void TestCommandLine::detachedFileIsHinted()
@@ -89,16 +84,6 @@ void TestCommandLine::detachedFileIsHinted()
     QCOMPARE(o.hints, QStringList{QStringLiteral("Quillon: option -b is empty: its file follows the letter without a "
                                                  "blank (-brun.script); \"run.script\" is taken as the file to open.")});
     QVERIFY(parse({"-s", "a.xml", "-c", "-q", "-brun.script", "-o"}).hints.isEmpty());
-}
-
-void TestCommandLine::unknownOptionsIgnored()
-{
-    const StartOptions o = parse({"-z", "-Q", "--", "a.xml"});
-    QVERIFY(!o.quiet);
-    QCOMPARE(o.fileName, QStringLiteral("a.xml"));
-    QVERIFY(!parse({"-z"}).usageRequested);
-    QVERIFY(parse({"-?", "a.xml"}).usageRequested);
-    QCOMPARE(parse({"-?", "a.xml"}).fileName, QStringLiteral("a.xml"));
 }
 
 void TestCommandLine::usageText()

@@ -64,13 +64,6 @@ private:
     QWidget *m_root = nullptr;
 };
 
-static QByteArray doc(const QByteArray &body, const QByteArray &version = "2.0.0")
-{
-    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<nvxmlcfg version=\"" + version
-        + "\">\n\t<checksum>0000000000000000000000000000000000000000000000000000000000000000</checksum>\n"
-        + body + "\n</nvxmlcfg>\n";
-}
-
 void TestDescriptionReader::init()
 {
     m_dir = new QTemporaryDir;
@@ -116,9 +109,9 @@ void TestDescriptionReader::brokenInputFails_data()
     QTest::newRow("empty file") << QByteArray();
     QTest::newRow("not XML") << QByteArray("just some words\n");
     QTest::newRow("binary") << QByteArray("\x7f" "ELF\x02\x01\x01\x00\x00\x00\xff\xfe", 12);
-    QTest::newRow("truncated") << doc("<verticalcontainer><verticalcontainer>").left(150);
+    QTest::newRow("truncated") << descriptionText("<verticalcontainer><verticalcontainer>").left(150);
     QTest::newRow("declaration only") << QByteArray("<?xml version=\"1.0\"?>\n");
-    QTest::newRow("unclosed tag") << doc("<verticalcontainer><text label=\"x\"></verticalcontainer>");
+    QTest::newRow("unclosed tag") << descriptionText("<verticalcontainer><text label=\"x\"></verticalcontainer>");
 }
 
 void TestDescriptionReader::brokenInputFails()
@@ -151,7 +144,7 @@ void TestDescriptionReader::versionRules()
     QFETCH(QByteArray, version);
     QFETCH(bool, accepted);
     QFETCH(QString, message);
-    QCOMPARE(read(doc("<verticalcontainer/>", version)), accepted);
+    QCOMPARE(read(descriptionText("<verticalcontainer/>", version)), accepted);
     if (!message.isEmpty()) {
         QVERIFY2(m_sink->contains(message), qPrintable(m_sink->errors.join('|')));
         if (version != "0.9.9") {
@@ -176,7 +169,7 @@ void TestDescriptionReader::checksumChecked_data()
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<bool>("sign");
     QTest::addColumn<bool>("manipulated");
-    const QByteArray good = doc("<verticalcontainer label=\"a b\"/>");
+    const QByteArray good = descriptionText("<verticalcontainer label=\"a b\"/>");
     QTest::newRow("signed") << good << true << false;
     QTest::newRow("placeholder") << good << false << true;
     QByteArray edited = signedDescription(good);
@@ -206,17 +199,17 @@ void TestDescriptionReader::checksumChecked()
 
 void TestDescriptionReader::rootLevelNeedsContainer()
 {
-    QVERIFY(!read(doc("<foo/>\n<verticalcontainer/>")));
+    QVERIFY(!read(descriptionText("<foo/>\n<verticalcontainer/>")));
     QVERIFY(m_sink->errors.contains(QStringLiteral("Cannot read file %1\nNot starting with a container type!")
                                         .arg(m_dir->filePath(QStringLiteral("form.xml")))));
     m_sink->clear();
-    QVERIFY(!read(doc("<svd file=\"x.svd\"/>")));
+    QVERIFY(!read(descriptionText("<svd file=\"x.svd\"/>")));
     QVERIFY(m_sink->contains(QStringLiteral("Not starting with a container type!")));
 }
 
 void TestDescriptionReader::onlyFirstRootContainerRead()
 {
-    QVERIFY(read(doc("<verticalcontainer label=\"first\"/>\n<tabcontainer label=\"second\"/>\n<svd file=\"late.svd\"/>")));
+    QVERIFY(read(descriptionText("<verticalcontainer label=\"first\"/>\n<tabcontainer label=\"second\"/>\n<svd file=\"late.svd\"/>")));
     QVERIFY(qobject_cast<VerticalWidget *>(m_root));
     QCOMPARE(m_root->objectName(), QStringLiteral("VERT_ROOT"));
     QVERIFY(!m_tables->containers.contains(QStringLiteral("TAB_ROOT")));
@@ -225,7 +218,7 @@ void TestDescriptionReader::onlyFirstRootContainerRead()
 
 void TestDescriptionReader::rootLevelSettings()
 {
-    QVERIFY(read(doc("<version label=\"Release\"> 3.1.4 </version>\n"
+    QVERIFY(read(descriptionText("<version label=\"Release\"> 3.1.4 </version>\n"
                      "<fwversion min=\"1.2\" max=\"1.9\"/>\n"
                      "<infosource forumurl=\"https://forum.example\" tooltip=\"Ask\"/>\n"
                      "<ioconfig port=\" com3 \" settings=\"115200,n,8,1\"/>\n"
@@ -246,7 +239,7 @@ void TestDescriptionReader::rootLevelSettings()
 void TestDescriptionReader::missingFilesReported()
 {
     writeTextFile(m_dir->filePath(QStringLiteral("present.svd")), "<device/>");
-    QVERIFY(read(doc("<svd file=\"present.svd\"/><migration file=\"gone.mig\"/><disclaimer file=\"gone.txt\"/>"
+    QVERIFY(read(descriptionText("<svd file=\"present.svd\"/><migration file=\"gone.mig\"/><disclaimer file=\"gone.txt\"/>"
                      "<verticalcontainer><svd file=\"absent.svd\"/></verticalcontainer>")));
     QCOMPARE(m_sink->console.filter(QStringLiteral("SVD file is missing.")).size(), 1);
     QVERIFY(m_sink->contains(QStringLiteral("Migration file is missing.")));
@@ -258,7 +251,7 @@ void TestDescriptionReader::missingFilesReported()
 
 void TestDescriptionReader::containerNamesAndGrid()
 {
-    QVERIFY(read(doc("<tabcontainer>"
+    QVERIFY(read(descriptionText("<tabcontainer>"
                      "  <gridcontainer label=\"Grid\" columns=\"3\">"
                      "    <horizontalline/><horizontalline/><horizontalline/><horizontalline/>"
                      "  </gridcontainer>"
@@ -296,7 +289,7 @@ void TestDescriptionReader::containerNamesAndGrid()
 
 void TestDescriptionReader::unknownChildrenSkipped()
 {
-    QVERIFY(read(doc("<verticalcontainer>"
+    QVERIFY(read(descriptionText("<verticalcontainer>"
                      "  <mystery><verticalcontainer label=\"hidden\"/></mystery>"
                      "  <verticalcontainer label=\"seen\"/>"
                      "</verticalcontainer>")));
@@ -307,7 +300,7 @@ void TestDescriptionReader::unknownChildrenSkipped()
 
 void TestDescriptionReader::radiobuttonOutsideRadioStops()
 {
-    QVERIFY(!read(doc("<verticalcontainer><radiobutton label=\"x\"/><verticalcontainer/></verticalcontainer>")));
+    QVERIFY(!read(descriptionText("<verticalcontainer><radiobutton label=\"x\"/><verticalcontainer/></verticalcontainer>")));
     QVERIFY(m_sink->contains(QStringLiteral("Found &lt;radiobutton&gt; element that's not within a &lt;radio&gt; element")));
     QVERIFY(m_reader->errorString().startsWith(QLatin1String("Found <radiobutton> element that's not within a <radio> element at line nr.: ")));
     // The stream stopped: the container after it was never made.
@@ -316,7 +309,7 @@ void TestDescriptionReader::radiobuttonOutsideRadioStops()
 
 void TestDescriptionReader::startConditions()
 {
-    const QByteArray text = doc("<verticalcontainer>"
+    const QByteArray text = descriptionText("<verticalcontainer>"
                                 "  <verticalcontainer label=\"a\" startcond=\"board==dk\"/>"
                                 "  <verticalcontainer label=\"b\" startcond=\"board!=x\"/>"
                                 "  <verticalcontainer label=\"c\" startcond=\"board==other\"/>"
@@ -337,8 +330,8 @@ void TestDescriptionReader::startConditions()
 void TestDescriptionReader::includeSubstitutesBeforeParsing()
 {
     writeFile(QStringLiteral("part.xml"),
-              doc("<$kind$ label=\"$title$\"/>"));
-    QVERIFY(read(doc("<tabcontainer><include kind=\"verticalcontainer\" title=\"From include\"> part.xml </include></tabcontainer>")));
+              descriptionText("<$kind$ label=\"$title$\"/>"));
+    QVERIFY(read(descriptionText("<tabcontainer><include kind=\"verticalcontainer\" title=\"From include\"> part.xml </include></tabcontainer>")));
     auto *tab = qobject_cast<TabWidget *>(m_root);
     QCOMPARE(tab->count(), 1);
     QVERIFY(qobject_cast<VerticalWidget *>(tab->widget(0)));
@@ -348,16 +341,16 @@ void TestDescriptionReader::includeSubstitutesBeforeParsing()
 
 void TestDescriptionReader::includeFoundOnIncludePath()
 {
-    writeFile(QStringLiteral("lib/common.xml"), doc("<gridcontainer label=\"common\"/>"));
+    writeFile(QStringLiteral("lib/common.xml"), descriptionText("<gridcontainer label=\"common\"/>"));
     ReaderOptions options;
     options.includePaths = QStringLiteral("nowhere;lib");
-    QVERIFY(read(doc("<tabcontainer><include>common.xml</include></tabcontainer>"), options));
+    QVERIFY(read(descriptionText("<tabcontainer><include>common.xml</include></tabcontainer>"), options));
     QCOMPARE(qobject_cast<TabWidget *>(m_root)->count(), 1);
 }
 
 void TestDescriptionReader::includeMissing()
 {
-    QVERIFY(!read(doc("<tabcontainer><include>gone.xml</include><verticalcontainer/></tabcontainer>")));
+    QVERIFY(!read(descriptionText("<tabcontainer><include>gone.xml</include><verticalcontainer/></tabcontainer>")));
     QVERIFY2(m_reader->errorString().startsWith(QLatin1String("Cannot open file ")), qPrintable(m_reader->errorString()));
     QVERIFY(m_reader->errorString().contains(QLatin1String("gone.xml")));
 }
@@ -378,7 +371,7 @@ void TestDescriptionReader::includeOfNonRegularFileRefused()
         path = m_dir->filePath(QStringLiteral("pipe.xml"));
         QVERIFY(::mkfifo(QFile::encodeName(path).constData(), 0600) == 0);
     }
-    QVERIFY(!read(doc("<tabcontainer><include>" + path.toUtf8() + "</include><verticalcontainer/></tabcontainer>")));
+    QVERIFY(!read(descriptionText("<tabcontainer><include>" + path.toUtf8() + "</include><verticalcontainer/></tabcontainer>")));
     const QString expected = QStringLiteral("Cannot open file %1:\nNot a regular file.").arg(path);
     QVERIFY2(m_reader->errorString().startsWith(expected), qPrintable(m_reader->errorString()));
 }
@@ -403,7 +396,7 @@ void TestDescriptionReader::nestingDepthLimited()
     body += "<text label=\"innermost\"/>";
     for (int i = 0; i < depth; ++i)
         body += "</verticalcontainer>";
-    QCOMPARE(read(doc(body)), accepted);
+    QCOMPARE(read(descriptionText(body)), accepted);
     if (!accepted) {
         QVERIFY2(m_reader->errorString().startsWith(QLatin1String("Elements are nested more than 256 levels deep.")),
                  qPrintable(m_reader->errorString()));
@@ -416,12 +409,12 @@ void TestDescriptionReader::includeFanOutLimited()
     // reads, more than the 10,000 allowed. Without the limit a few more
     // levels make a description that is never done.
     const int levels = 7;
-    writeFile(QStringLiteral("level%1.xml").arg(levels), doc("<text label=\"leaf\"/>"));
+    writeFile(QStringLiteral("level%1.xml").arg(levels), descriptionText("<text label=\"leaf\"/>"));
     for (int level = levels - 1; level >= 1; --level) {
         const QByteArray next = "<include>level" + QByteArray::number(level + 1) + ".xml</include>";
-        writeFile(QStringLiteral("level%1.xml").arg(level), doc(next + next + next + next));
+        writeFile(QStringLiteral("level%1.xml").arg(level), descriptionText(next + next + next + next));
     }
-    QVERIFY(!read(doc("<verticalcontainer><include>level1.xml</include><include>level1.xml</include>"
+    QVERIFY(!read(descriptionText("<verticalcontainer><include>level1.xml</include><include>level1.xml</include>"
                       "<include>level1.xml</include><include>level1.xml</include></verticalcontainer>")));
     QVERIFY2(m_reader->errorString().startsWith(QLatin1String("Cannot read file ")), qPrintable(m_reader->errorString()));
     QVERIFY(m_reader->errorString().contains(QLatin1String("More than 10000 includes in one description.")));
@@ -429,15 +422,15 @@ void TestDescriptionReader::includeFanOutLimited()
 
 void TestDescriptionReader::includeCycleStops()
 {
-    writeFile(QStringLiteral("a.xml"), doc("<include>b.xml</include>"));
-    writeFile(QStringLiteral("b.xml"), doc("<include>a.xml</include>"));
-    QVERIFY(!read(doc("<tabcontainer><include>a.xml</include></tabcontainer>")));
+    writeFile(QStringLiteral("a.xml"), descriptionText("<include>b.xml</include>"));
+    writeFile(QStringLiteral("b.xml"), descriptionText("<include>a.xml</include>"));
+    QVERIFY(!read(descriptionText("<tabcontainer><include>a.xml</include></tabcontainer>")));
     QVERIFY2(m_reader->errorString().contains(QLatin1String("includes itself")), qPrintable(m_reader->errorString()));
 }
 
 void TestDescriptionReader::messagesCarryPosition()
 {
-    QVERIFY(read(doc("<verticalcontainer>\n<verticalcontainer color=\"1;2\"/>\n</verticalcontainer>")));
+    QVERIFY(read(descriptionText("<verticalcontainer>\n<verticalcontainer color=\"1;2\"/>\n</verticalcontainer>")));
     const QStringList lines = m_sink->console.filter(QStringLiteral("\"color\" attribute invalid."));
     QCOMPARE(lines.size(), 1);
     const QString path = m_dir->filePath(QStringLiteral("form.xml")).replace(':', QLatin1String("$$$COLON$$$"));
@@ -449,7 +442,7 @@ void TestDescriptionReader::messagesCarryPosition()
 
 void TestDescriptionReader::varRecords()
 {
-    QVERIFY(read(doc("<verticalcontainer>"
+    QVERIFY(read(descriptionText("<verticalcontainer>"
                      "  <var define=\"speed\" default=\"0x10\"/>"
                      "  <var define=\"ratio\" datatype=\"FLOAT\" default=\"2.5\"/>"
                      "  <var define=\"counter\" address=\"0x20000010\" size=\"2\" interval=\"100\" readonly=\"1\" readonaccess=\"\"/>"

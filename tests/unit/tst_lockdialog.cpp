@@ -32,8 +32,6 @@ private slots:
     void dialogShowsBlocksAndWires()
     {
         LockDialog dialog(chain());
-        QCOMPARE(dialog.windowTitle(), QStringLiteral("Lockings"));
-        QVERIFY(dialog.view()->renderHints() & QPainter::Antialiasing);
         QCOMPARE(dialog.view()->scene(), dialog.scene());
         QCOMPARE(dialog.blocks().size(), 3);
         QCOMPARE(dialog.connections().size(), 3);
@@ -50,11 +48,6 @@ private slots:
         QNEConnection *first = dialog.connections().first();
         QCOMPARE(first->port1(), s->port(QStringLiteral("0")));
         QCOMPARE(first->port2(), dialog.block(QStringLiteral("T"))->inputPort());
-        QCOMPARE(first->zValue(), -1.0);
-        QCOMPARE(first->pen().widthF(), 2.0);
-        QCOMPARE(first->pen().capStyle(), Qt::SquareCap);
-        QCOMPARE(first->pen().joinStyle(), Qt::BevelJoin);
-        QCOMPARE(first->pen().color(), QColor(Qt::black));
     }
 
     void blocksStandInColumnsBySteps()
@@ -95,9 +88,6 @@ private slots:
         QNEBlock block(QStringLiteral("A.B.C"));
         QCOMPARE(block.path().boundingRect(), QRectF(-50, -15, 100, 30));
         QVERIFY(block.flags() & QGraphicsItem::ItemIsMovable);
-        QVERIFY(block.flags() & QGraphicsItem::ItemIsSelectable);
-        QCOMPARE(block.pen().color(), QColor(Qt::darkGreen));
-        QCOMPARE(block.brush().color(), QColor(Qt::green));
         block.addPort(QStringLiteral("1"));
         QCOMPARE(block.addPort(QStringLiteral("1")), block.port(QStringLiteral("1")));
         QCOMPARE(block.path().boundingRect().height(), 30.0);
