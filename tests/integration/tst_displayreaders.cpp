@@ -524,7 +524,7 @@ void TestDisplayReaders::buttonsRunTheirActions()
 void TestDisplayReaders::setDefReachesDisplays()
 {
     QVERIFY(read("<image define=\"logo\" file=\"anim.gif\"/>"
-                 "<button define=\"go\" label=\"Go\"/>"
+                 "<button define=\"go\" label=\"Go\" size=\"16;16\"/>"
                  "<led define=\"L\" data=\"flag\"/>"
                  "<timer define=\"tick\" interval=\"100\"/>"));
     auto *logo = qobject_cast<Image *>(m_tables->images.value(QStringLiteral("logo")));
@@ -543,8 +543,11 @@ void TestDisplayReaders::setDefReachesDisplays()
     QVERIFY(SetDef::run(QStringLiteral("go.image=%1").arg(path(QStringLiteral("icon.png"))), m_tables));
     auto *go = qobject_cast<PushButton *>(m_tables->pushButtons.value(QStringLiteral("go")));
     QVERIFY(go && !go->icon().isNull());
+    QCOMPARE(go->iconSize(), QSize(16, 16));
+    // A picture that is missing keeps the icon, and is told.
     SetDef::run(QStringLiteral("go.image=%1").arg(path(QStringLiteral("none.png"))), m_tables);
     QCOMPARE(m_sink->errors, QStringList{QStringLiteral("Picture of <button> element couldn't be loaded.")});
+    QVERIFY(!go->icon().isNull());
 
     auto *tick = qobject_cast<TimerLabel *>(m_tables->timers.value(QStringLiteral("tick")));
     QVERIFY(SetDef::run(QStringLiteral("tick.interval=250;tick.run=1"), m_tables));

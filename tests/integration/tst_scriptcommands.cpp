@@ -48,6 +48,7 @@ void TestScriptCommands::waitProcessesEventsUntilDeadlineOrExit_data()
 {
     QTest::addColumn<QString>("milliseconds");
     QTest::addColumn<bool>("waits");
+    QTest::newRow("ten milliseconds") << "10" << true;
     QTest::newRow("negative") << "-5" << false;
     QTest::newRow("zero") << "0" << false;
     QTest::newRow("not a number") << "soon" << false;

@@ -176,14 +176,6 @@ void TestStickLink::trafficLog()
     QVERIFY2(sent.match(m_sink->console.at(0)).hasMatch(), qPrintable(m_sink->console.at(0)));
     QVERIFY2(received.match(m_sink->console.at(1)).hasMatch(), qPrintable(m_sink->console.at(1)));
 
-    quint16 mode = 0;
-    bool stamps = false;
-    QString name;
-    link.logSettings(mode, stamps, name);
-    QCOMPARE(mode, quint16(3));
-    QVERIFY(stamps);
-    QCOMPARE(name, file);
-
     // File only, no time stamps; mode 0 closes the file.
     m_sink->clear();
     link.setLogging(2, false, file);
@@ -416,7 +408,6 @@ void TestStickLink::firmwareWithoutAnswer()
     QCOMPARE(firmware.checkFirmwareVersion(false), -2);
     QVERIFY(m_sink->contains(QStringLiteral("Could not retrieve firmware version.")));
 
-    QVERIFY(StickFirmware::compare(StickFirmware::parse(QStringLiteral("1.12.0")), StickFirmware::parse(QStringLiteral("2.2.0"))) == 0);
     QCOMPARE(StickFirmware::compare(StickFirmware::parse(QStringLiteral("*.*.*")), StickFirmware::parse(QStringLiteral("0.0.1"))), -1);
 }
 

@@ -44,7 +44,6 @@ private slots:
     void composeRegisterValue();
     void composeLeavesAnEarlierFailureSet();
 
-    void addListItem();
     void clearKeepsTheRegisterCounter();
 };
 
@@ -408,18 +407,6 @@ void TestSvdModel::composeLeavesAnEarlierFailureSet()
     QVERIFY(failed);
     // No flag is fine too.
     QCOMPARE(doc.model.composeRegisterValue(doc.reg("P", "R")), QStringLiteral("7"));
-}
-
-void TestSvdModel::addListItem()
-{
-    ModelDocument doc;
-    QVERIFY(!doc.model.addListItem("$REGISTERS$", "CTRL", "Control", 3));
-    FakeElement *list = doc.element("$REGISTERS$");
-    doc.tables.addElement("$REGISTERS$", list);
-    QVERIFY(doc.model.addListItem("$REGISTERS$", "CTRL", "Control", 3));
-    QCOMPARE(list->enumerated.size(), 1);
-    QCOMPARE(list->enumerated.value(3).name, QStringLiteral("CTRL"));
-    QCOMPARE(list->enumerated.value(3).description, QStringLiteral("Control"));
 }
 
 void TestSvdModel::clearKeepsTheRegisterCounter()
