@@ -52,7 +52,7 @@ private slots:
         m_stick = nullptr;
     }
 
-    void portOpensAtLoad()
+    void portOpensAtLoadAndKeepsLateReplies()
     {
         // The description names the port in capitals, as descriptions do.
         QVERIFY(openWindow(writeDescription(QStringLiteral("load.xml"), m_stick->portName().toUpper(), QString())));
@@ -67,11 +67,8 @@ private slots:
         m_window->sendUSB(QStringLiteral("0x01;2:0x0a0b;-2:COUNT"));
         QTRY_COMPARE(m_stick->framesSeen(), 1);
         QCOMPARE(m_stick->lastFrame().toHex(), QByteArray("010a0b0201"));
-    }
 
-    void lateReplyWaitsForTheNextTransfer()
-    {
-        QVERIFY(openWindow(writeDescription(QStringLiteral("late.xml"), m_stick->portName(), QString())));
+        // A reply that comes late stays in the port until the next transfer.
         m_stick->setReply(0x02, QByteArray::fromHex("1234"));
         m_window->sendUSB(QStringLiteral("0x02"));
         m_window->recData(QStringLiteral("2:VALUE"));
