@@ -200,37 +200,6 @@ private slots:
         }
     }
 
-    void hostileInput_data()
-    {
-        QTest::addColumn<QString>("formula");
-        QTest::newRow("empty") << "";
-        QTest::newRow("lone operator") << "+";
-        QTest::newRow("lone minus") << "-";
-        QTest::newRow("only parentheses") << "(((";
-        QTest::newRow("only closing") << ")))";
-        QTest::newRow("reversed") << ")(";
-        QTest::newRow("empty call") << "sqrt()";
-        QTest::newRow("operators only") << "*/^%<<>>==!=?:";
-        QTest::newRow("brackets") << "[[[]]]";
-        QTest::newRow("quotes") << "\"\"\"";
-        QTest::newRow("dots") << "....";
-        QTest::newRow("non-ASCII") << QString::fromUtf8("µ+°C");
-    }
-
-    void hostileInput()
-    {
-        QFETCH(QString, formula);
-        const Expression e = Expression::fromFormula(formula);
-        // Every operand step must point at a prepared operand.
-        for (const Expression::Step &step : e.steps()) {
-            if (step.op == Expression::Op::Operand)
-                QVERIFY(step.operand >= 0 && step.operand < e.operands().size());
-            else
-                QCOMPARE(step.operand, -1);
-        }
-        QCOMPARE(e.steps().size(), e.postfix().size());
-    }
-
     void longFormulaCompilesCompletely()
     {
         // Over 10,000 characters.
@@ -245,14 +214,6 @@ private slots:
         QCOMPARE(e.postfix().size(), 2 * count - 1);
         QCOMPARE(e.names().size(), 100);
         QCOMPARE(e.operands().size(), 100);
-    }
-
-    void deepNestingCompiles()
-    {
-        const int depth = 20000;
-        const QString formula = QString(depth, QLatin1Char('(')) + QStringLiteral("a+1") + QString(depth, QLatin1Char(')'));
-        const Expression e = Expression::fromFormula(formula);
-        QCOMPARE(joined(e.postfix()), QStringLiteral("a 1 +"));
     }
 };
 

@@ -377,13 +377,29 @@ private slots:
         QTest::newRow("empty call") << "sqrt()";
         QTest::newRow("dangling minus") << "3*-";
         QTest::newRow("double dot") << "1..2";
+        QTest::newRow("empty") << "";
+        QTest::newRow("lone operator") << "+";
+        QTest::newRow("lone minus") << "-";
+        QTest::newRow("brackets") << "[[[]]]";
+        QTest::newRow("quotes") << "\"\"\"";
+        QTest::newRow("dots") << "....";
+        QTest::newRow("non-ASCII") << QString::fromUtf8("µ+°C");
     }
 
     void hostileInput()
     {
         QFETCH(QString, formula);
+        // Compiled: every operand step points at a prepared operand.
+        const Expression e = Expression::fromFormula(formula);
+        for (const Expression::Step &step : e.steps()) {
+            if (step.op == Expression::Op::Operand)
+                QVERIFY(step.operand >= 0 && step.operand < e.operands().size());
+            else
+                QCOMPARE(step.operand, -1);
+        }
+        QCOMPARE(e.steps().size(), e.postfix().size());
         bool ok = true;
-        const double result = evaluateFormula(formula, &ok);
+        const double result = ExpressionEvaluator().evaluate(e, &ok);
         // No crash, and a finite result; any report is of the formula family.
         QVERIFY(std::isfinite(result));
         for (const QString &error : m_sink->errors)
