@@ -22,7 +22,7 @@ static QString summary(const StartOptions &o)
     }
     const QList<QPair<QString, const char *>> texts{{o.consoleLogFile, "c="}, {o.outputLogFile, "o="}, {o.batchFile, "b="},
                                                     {o.includePaths, "i="}, {o.defines, "d="}, {o.saveFile, "save="},
-                                                    {o.fileName, "file="}};
+                                                    {o.fileName, "file="}, {o.hints.join(QLatin1Char('/')), "hints="}};
     for (const auto &text : texts) {
         if (!text.first.isEmpty())
             parts << QLatin1String(text.second) + text.first;
