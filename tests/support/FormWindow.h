@@ -3,7 +3,8 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
-class DocumentTables;
+#include "elements/DocumentTables.h"
+
 class MainWindow;
 class RecordingSink;
 
@@ -27,7 +28,10 @@ public:
 
     DocumentTables &tables() const;
     template <class T>
-    T *element(const QString &define) const;
+    T *element(const QString &define) const
+    {
+        return dynamic_cast<T *>(tables().element(define));
+    }
 
     QTemporaryDir dir;
     QString path;
@@ -35,11 +39,3 @@ public:
     RecordingSink *sink = nullptr;
     QStringList openMessages;
 };
-
-#include "elements/DocumentTables.h"
-
-template <class T>
-T *FormWindow::element(const QString &define) const
-{
-    return dynamic_cast<T *>(tables().element(define));
-}
