@@ -201,6 +201,8 @@ private slots:
         DisplayRefresh::svgImages(m_tables, QStringLiteral("EN"));
         QCOMPARE(diagram->pixmap(Qt::ReturnByValue).toImage().pixelColor(18, 2), QColor(Qt::green));
         QCOMPARE(passive->pixmap(Qt::ReturnByValue).toImage(), asRead);
+        passive->refreshSvg(m_tables);
+        QCOMPARE(passive->pixmap(Qt::ReturnByValue).toImage(), asRead);
     }
 
     void ledsWatchTheirData()
@@ -442,6 +444,7 @@ private slots:
     {
         QVERIFY(read("<image define=\"logo\" file=\"anim.gif\"/>"
                      "<button define=\"go\" label=\"Go\" size=\"16;16\"/>"
+                     "<button define=\"plain\" label=\"Plain\"/>"
                      "<led define=\"L\" data=\"flag\"/>"
                      "<timer define=\"tick\" interval=\"100\"/>"));
         auto *logo = qobject_cast<Image *>(m_tables->images.value(QStringLiteral("logo")));
@@ -461,6 +464,9 @@ private slots:
         auto *go = qobject_cast<PushButton *>(m_tables->pushButtons.value(QStringLiteral("go")));
         QVERIFY(go && !go->icon().isNull());
         QCOMPARE(go->iconSize(), QSize(16, 16));
+        // Without a size the picture's own is taken.
+        QVERIFY(SetDef::run(QStringLiteral("plain.image=%1").arg(path(QStringLiteral("icon.png"))), m_tables));
+        QCOMPARE(qobject_cast<PushButton *>(m_tables->pushButtons.value(QStringLiteral("plain")))->iconSize(), QSize(40, 20));
         // A picture that is missing keeps the icon, and is told.
         SetDef::run(QStringLiteral("go.image=%1").arg(path(QStringLiteral("none.png"))), m_tables);
         QCOMPARE(m_sink->errors, QStringList{QStringLiteral("Picture of <button> element couldn't be loaded.")});
