@@ -77,14 +77,8 @@ int main(int argc, char *argv[])
     resolveAgainst(startDir, options);
 
     MainWindow window(options);
-    if (window.exitRequested()) {
-        // No event loop ran: every widget of the form still has its layout
-        // and paint requests queued, and each widget's destructor would
-        // search the whole queue for its own. Dropping them all at once
-        // keeps the teardown of a large form linear.
-        QCoreApplication::removePostedEvents(nullptr);
+    if (window.exitRequested())
         return window.exitCode();
-    }
     window.showAsStored();
     const int result = app.exec();
     if (window.exitRequested())
