@@ -70,7 +70,8 @@ bool OldConfigurationLoader::load(const QString &fileName)
     const QString beside = QDir(QFileInfo(fileName).absolutePath()).filePath(description);
     const QString inHome = QDir(m_host.homeFolder()).filePath(description);
     const QString path = QFileInfo(beside).isFile() ? beside : inHome;
-    if (description.isEmpty() || !QFileInfo(path).isFile() || !m_host.openDescription(QFileInfo(path).absoluteFilePath(), QFileInfo(fileName).absoluteFilePath())) {
+    if (description.isEmpty() || !QFileInfo(path).isFile()
+        || !m_host.openDescription(QFileInfo(path).absoluteFilePath(), QFileInfo(fileName).absoluteFilePath())) {
         Report::scriptNotFound(description);
         return false;
     }

@@ -128,17 +128,14 @@ void TreeWidget::applyBranchSwitches(QTreeWidgetItem *row)
 void TreeWidget::setWidgetEnabled(QWidget *widget, bool enabled)
 {
     ActiveElement *element = asActiveElement(widget);
-    if (!element) {
+    const auto *button = qobject_cast<QAbstractButton *>(widget);
+    if (!element && button && button->group()) {
         // A radio button: its group is the element.
-        if (auto *button = qobject_cast<QAbstractButton *>(widget)) {
-            if (QButtonGroup *group = button->group()) {
-                element = asActiveElement(group);
-                if (!element) {
-                    for (QAbstractButton *b : group->buttons())
-                        b->setEnabled(enabled);
-                    return;
-                }
-            }
+        element = asActiveElement(button->group());
+        if (!element) {
+            for (QAbstractButton *b : button->group()->buttons())
+                b->setEnabled(enabled);
+            return;
         }
     }
     if (!element) {
