@@ -155,9 +155,9 @@ bool ScriptCommands::run(int code)
     case LoopStop: return loopStop();
     case DirLoopStart: return dirLoopStart();
     case DirLoopStop: return dirLoopStop();
-    case ChDir: QDir::setCurrent(pTrimmed(0)); return true;
-    case SetWorkingDir: m_host.setWorkingDir(pTrimmed(0)); return true;
-    case SetScriptsDir: m_host.setScriptsDir(pTrimmed(0)); return true;
+    case ChDir: QDir::setCurrent(p(0)); return true;
+    case SetWorkingDir: m_host.setWorkingDir(p(0)); return true;
+    case SetScriptsDir: m_host.setScriptsDir(p(0)); return true;
     case Wait: return wait();
     case MessageBox: return messageBox();
     case Raise: return raise();
@@ -188,7 +188,7 @@ bool ScriptCommands::run(int code)
     case Clicked: return clicked();
     case WriteBsl: return writeBsl();
     case SetTavLogging:
-        m_host.setStickLogging(quint16(pTrimmed(0).toUInt()), pTrimmed(1).toUInt() != 0, pTrimmed(2));
+        m_host.setStickLogging(quint16(pTrimmed(0).toUInt()), pTrimmed(1).toUInt() != 0, p(2));
         return true;
     case SetTavCheck: m_host.setStickCheckMode(quint16(pTrimmed(0).toUInt())); return true;
     case SendTask: {
@@ -254,7 +254,7 @@ bool ScriptCommands::dumpObjects()
 
 bool ScriptCommands::dumpAll()
 {
-    QFile file(pTrimmed(0));
+    QFile file(p(0));
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text)) {
         Report::cannotOpenFile(QFileInfo(file).absoluteFilePath(), file.errorString());
         return true;
@@ -280,7 +280,7 @@ bool ScriptCommands::dumpAll()
 
 bool ScriptCommands::dump()
 {
-    const QString name = pTrimmed(0);
+    const QString name = p(0);
     if (DataClass *data = m_host.tables().dataValue(name)) {
         consolePrint(QStringLiteral("Dump(%1<b>) == %3<br>").arg(name).arg(data->getValue()));
         m_interpreter.writeOutput(QStringLiteral("Dump(%1) == %2\n").arg(name).arg(data->getValue()));
@@ -308,7 +308,7 @@ bool ScriptCommands::dump()
 bool ScriptCommands::generateTestInput()
 {
     quint32 state = p(0).trimmed().toUInt();
-    QFile file(pTrimmed(0));
+    QFile file(p(0));
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text)) {
         Report::cannotOpenFile(QFileInfo(file).absoluteFilePath(), file.errorString());
         return true;
@@ -351,23 +351,24 @@ bool ScriptCommands::generateTestInput()
 
 bool ScriptCommands::setOutputOptions()
 {
-    if (pTrimmed(0).isEmpty()) {
+    if (p(0).isEmpty()) {
         m_interpreter.checkParameters(m_line, m_parsed, 1, m_lineNumber);
         return false;
     }
     const uint mask = pTrimmed(0).toUInt();
-    const QString file = pTrimmed(1);
+    const QString file = p(1);
     m_host.setOutputOptions(mask & 2, mask & 1, file, true);
     return true;
 }
 
 bool ScriptCommands::load()
 {
-    QString file = m_interpreter.withDirLoop(pTrimmed(0));
+    const QString given = m_interpreter.withDirLoop(p(0));
+    QString file = given;
     if (QFileInfo(file).isRelative() && !QFileInfo::exists(file)) {
-        file = QDir(m_host.workingDir()).filePath(pTrimmed(0));
+        file = QDir(m_host.workingDir()).filePath(given);
         if (!QFileInfo::exists(file))
-            file = QDir(QFileInfo(m_host.descriptionPath()).absolutePath()).filePath(pTrimmed(0));
+            file = QDir(QFileInfo(m_host.descriptionPath()).absolutePath()).filePath(given);
     }
     m_host.loadConfiguration(file);
     return true;
@@ -375,7 +376,7 @@ bool ScriptCommands::load()
 
 bool ScriptCommands::save(bool sorted)
 {
-    QString file = pTrimmed(0);
+    QString file = p(0);
     if (file.isEmpty()) {
         m_interpreter.checkParameters(m_line, m_parsed, 1, m_lineNumber);
         file = m_host.configurationPath();
@@ -390,7 +391,7 @@ bool ScriptCommands::save(bool sorted)
 
 bool ScriptCommands::setFileName()
 {
-    const QString file = QFileInfo(pTrimmed(0)).absoluteFilePath();
+    const QString file = QFileInfo(p(0)).absoluteFilePath();
     m_host.setConfigurationPath(file);
     m_host.setWorkingDir(QFileInfo(file).absolutePath());
     return true;
@@ -398,7 +399,7 @@ bool ScriptCommands::setFileName()
 
 bool ScriptCommands::setDefinePrefix()
 {
-    const QString value = pTrimmed(1);
+    const QString value = p(1);
     QString prefix = value;
     if (DataClass *data = m_host.tables().dataValue(value))
         prefix = QString::number(data->getValue());
@@ -406,13 +407,13 @@ bool ScriptCommands::setDefinePrefix()
         prefix = e->value(Selectors::Value);
     else if (classifyNumber(value) <= NumberFormat::Binary)
         prefix = normaliseNumber(value);
-    m_host.setDefinePrefix(pTrimmed(0), prefix);
+    m_host.setDefinePrefix(p(0), prefix);
     return true;
 }
 
 bool ScriptCommands::sign()
 {
-    const QString file = m_interpreter.withDirLoop(pTrimmed(0));
+    const QString file = m_interpreter.withDirLoop(p(0));
     if (m_host.signDescription(file))
         consolePrint(QStringLiteral("Successfully signed file %1.<br>").arg(file));
     return true;
@@ -420,7 +421,7 @@ bool ScriptCommands::sign()
 
 bool ScriptCommands::loopStart()
 {
-    m_interpreter.loopDefine = pTrimmed(0);
+    m_interpreter.loopDefine = p(0);
     m_interpreter.loopStart = pTrimmed(1).toUInt();
     m_interpreter.loopStep = pTrimmed(2).toUInt();
     m_interpreter.loopStop = pTrimmed(3).toUInt();
@@ -454,7 +455,7 @@ void ScriptCommands::setDirElement(const QString &name)
 
 bool ScriptCommands::dirLoopStart()
 {
-    m_interpreter.dirLoopFiles = QDir::current().entryList(QStringList{pTrimmed(0)}, QDir::AllEntries | QDir::NoDotAndDotDot);
+    m_interpreter.dirLoopFiles = QDir::current().entryList(QStringList{p(0)}, QDir::AllEntries | QDir::NoDotAndDotDot);
     m_interpreter.dirLoopIndex = 0;
     m_interpreter.dirLoopPosition = m_interpreter.scriptFile.isOpen() ? m_interpreter.scriptFile.pos() : 0;
     const QString first = m_interpreter.dirLoopFiles.value(0);
@@ -502,14 +503,14 @@ bool ScriptCommands::messageBox()
 
 bool ScriptCommands::raise()
 {
-    if (ActiveElement *e = element(Selectors::stripSelector(pTrimmed(0))))
+    if (ActiveElement *e = element(Selectors::stripSelector(p(0))))
         m_host.raiseElement(e->widget());
     return true;
 }
 
 bool ScriptCommands::setTab()
 {
-    const QString name = pTrimmed(0);
+    const QString name = p(0);
     QTabWidget *tab = nullptr;
     if (Container *c = m_host.tables().container(name))
         tab = qobject_cast<QTabWidget *>(c->containerWidget());
@@ -524,7 +525,9 @@ bool ScriptCommands::setTab()
 
 bool ScriptCommands::assertValue()
 {
-    const QString name = pTrimmed(0);
+    // Only the kind and the expected value are trimmed: blanks around a
+    // define are part of the name a script gives.
+    const QString name = p(0);
     const QString kindText = pTrimmed(1).toLower();
     QString expected = pTrimmed(2);
 
@@ -553,7 +556,7 @@ bool ScriptCommands::assertValue()
         actual = QString::number(data->getValue());
         ok = data->getValue() == expected.toUInt();
     } else if (ActiveElement *e = element(name)) {
-        actual = kind == 255 ? e->value(Selectors::DefineValue) : e->value(kind);
+        actual = kind == 255 ? m_host.registerValue(e->define()) : e->value(kind);
         if (ActiveElement *other = element(expected))
             expected = other->value(Selectors::Value);
         if (kind == Selectors::Label || kind == Selectors::TypeInfo) {
@@ -571,8 +574,10 @@ bool ScriptCommands::assertValue()
             }
             bool okA = false;
             bool okE = false;
+            // Only the actual value is normalised: the expected one is read
+            // as written, so that 16.00002 does not round to 16.
             const double a = normaliseNumber(cut).toDouble(&okA);
-            const double x = normaliseNumber(expected).toDouble(&okE);
+            const double x = expected.toDouble(&okE);
             ok = okA && okE && std::fabs(a - x) < 1e-05;
         }
     } else {
@@ -591,7 +596,7 @@ bool ScriptCommands::assertValue()
 
 bool ScriptCommands::assertState(bool lockState)
 {
-    const QString name = Selectors::stripSelector(pTrimmed(0));
+    const QString name = Selectors::stripSelector(p(0));
     const QString state = pTrimmed(1);
     ActiveElement *e = element(name);
     if (!e) {
@@ -629,7 +634,7 @@ bool ScriptCommands::bringTo(bool front)
 
 bool ScriptCommands::setNarrow(const QString &word)
 {
-    const QString name = pTrimmed(0);
+    const QString name = p(0);
     ActiveElement *e = element(name);
     if (!e) {
         unknownDefine(name);
@@ -657,7 +662,8 @@ bool ScriptCommands::setNarrow(const QString &word)
 
 bool ScriptCommands::set()
 {
-    const QString name = pTrimmed(0);
+    // SET trims its value, not its define.
+    const QString name = p(0);
     const QString value = m_interpreter.withLoopValue(pTrimmed(1));
     if (DefineAssignment::setDefineValue(m_host.tables(), name, value) == DefineAssignment::UnknownDefine)
         unknownDefine(name);
@@ -666,7 +672,7 @@ bool ScriptCommands::set()
 
 bool ScriptCommands::clicked()
 {
-    const QString name = pTrimmed(0);
+    const QString name = p(0);
     if (ActiveElement *e = element(name)) {
         if (e->typeInfo() != QLatin1String("ToggleButton")) {
             Report::cannotUse(QStringLiteral("Clicked"), name);
@@ -691,7 +697,7 @@ bool ScriptCommands::clicked()
 bool ScriptCommands::writeBsl()
 {
     QString file;
-    const QString name = pTrimmed(0);
+    const QString name = p(0);
     if (ActiveElement *e = element(name))
         file = e->value(Selectors::Value);
     else if (DataClass *d = m_host.tables().dataValue(name))
@@ -706,9 +712,9 @@ bool ScriptCommands::writeBsl()
 bool ScriptCommands::openFileDialog()
 {
     const QString caption = p(0);
-    const QString directory = pTrimmed(1);
-    const QString filter = pTrimmed(2);
-    const QString define = pTrimmed(3);
+    const QString directory = p(1);
+    const QString filter = p(2);
+    const QString define = p(3);
     const QString chosen = pTrimmed(4) == QLatin1String("1")
         ? Dialogs::openFileName(m_host.hostWindow(), caption, directory, filter)
         : Dialogs::saveFileName(m_host.hostWindow(), caption, directory, filter);
@@ -730,7 +736,7 @@ bool ScriptCommands::openFileDialog()
 bool ScriptCommands::download()
 {
     static const QStringList marked = {".hex", ".bin", ".mot", ".srec", ".s19", ".s"};
-    const QString file = pTrimmed(0);
+    const QString file = p(0);
     const QString suffix = QLatin1Char('.') + QFileInfo(file).suffix().toLower();
     if (!marked.contains(suffix))
         return true;

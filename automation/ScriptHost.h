@@ -33,6 +33,10 @@ public:
     virtual void resetForm() = 0;
     virtual void applySetDef(const QString &text) = 0;
     virtual void logSetDefs(bool on) = 0;
+    // The value of the register the define is bound to, composed from every
+    // element that claims bits of it (what header export writes); empty
+    // when the define names no register of the model.
+    virtual QString registerValue(const QString &define) = 0;
 
     // Folders and files the VERSION dump and relative paths use.
     virtual QString workingDir() const = 0;

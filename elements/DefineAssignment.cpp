@@ -1,4 +1,5 @@
 #include "elements/DefineAssignment.h"
+#include "elements/PageRevealer.h"
 
 #include "elements/ActiveElement.h"
 #include "elements/DataClass.h"
@@ -51,14 +52,7 @@ QString DefineAssignment::unknownDefineText(const QString &define, const QString
 
 void DefineAssignment::raise(QWidget *widget)
 {
-    for (QWidget *child = widget, *parent = widget ? widget->parentWidget() : nullptr; parent;
-         child = parent, parent = parent->parentWidget()) {
-        if (auto *tab = qobject_cast<QTabWidget *>(parent)) {
-            const int page = tab->indexOf(child);
-            if (page >= 0)
-                tab->setCurrentIndex(page);
-        }
-    }
+    PageRevealer::raisePages(widget);
 }
 
 DefineAssignment::Result DefineAssignment::setDefineValue(DocumentTables &tables, const QString &name, const QString &value)

@@ -1,5 +1,8 @@
 #include "shell/CommandLine.h"
 
+#include <QDir>
+#include <QFileInfo>
+
 #include <QPair>
 
 StartOptions CommandLine::parse(const QStringList &arguments)
@@ -98,4 +101,25 @@ QList<QPair<QString, QString>> CommandLine::defineItems(const QString &defines)
         items.append(qMakePair(part.left(eq).trimmed(), part.mid(eq + 1).trimmed()));
     }
     return items;
+}
+
+void CommandLine::resolveNames(StartOptions &options, const QDir &startDir, const QDir &programDir)
+{
+    auto input = [&](QString &name) {
+        if (name.isEmpty() || !QFileInfo(name).isRelative())
+            return;
+        if (QFileInfo::exists(programDir.filePath(name)))
+            name = programDir.absoluteFilePath(name);
+        else if (QFileInfo::exists(startDir.filePath(name)))
+            name = startDir.absoluteFilePath(name);
+    };
+    auto output = [&startDir](QString &name) {
+        if (!name.isEmpty() && QFileInfo(name).isRelative())
+            name = startDir.absoluteFilePath(name);
+    };
+    input(options.fileName);
+    input(options.batchFile);
+    output(options.consoleLogFile);
+    output(options.outputLogFile);
+    output(options.saveFile);
 }

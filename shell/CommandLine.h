@@ -2,6 +2,8 @@
 #include <QString>
 #include <QStringList>
 
+class QDir;
+
 #include "shell/StartOptions.h"
 
 // The one-letter options of the program. Options carry their text directly
@@ -19,6 +21,14 @@ public:
     // Splits "a=1;b=2" into name/value pairs, trimmed; items without "=" are
     // skipped.
     static QList<QPair<QString, QString>> defineItems(const QString &defines);
+
+    // Makes the relative file names absolute once the program has moved to
+    // its own folder. An input name (document, -b) that names a file in the
+    // program's folder means that file; one that does not is taken from the
+    // folder the program was started in, where a Linux user expects it.
+    // Output names (-c, -o, -s) always belong to the starting folder: an
+    // installed program's folder is not writable.
+    static void resolveNames(StartOptions &options, const QDir &startDir, const QDir &programDir);
 
 private:
     // Adds a hint when a file option stands alone and a file name follows.

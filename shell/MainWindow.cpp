@@ -29,6 +29,7 @@
 #include "shell/Dialogs.h"
 #include "shell/ElementBlinker.h"
 #include "shell/FindDialog.h"
+#include "elements/PageRevealer.h"
 #include "shell/Document.h"
 #include "shell/SettingsDialog.h"
 #include "elements/MathLabel.h"
@@ -61,6 +62,7 @@
 #include <QToolBar>
 #include <QToolButton>
 #include <QTreeWidget>
+#include <QButtonGroup>
 #include <QTreeWidgetItemIterator>
 #include <algorithm>
 #include <QRegularExpression>
@@ -783,22 +785,12 @@ void MainWindow::on_anchorClicked(const QString &define)
 
 void MainWindow::showElement(ActiveElement *element)
 {
+    // A radio group is no widget of its own: its checked button (or its
+    // first) stands for it.
     QWidget *widget = element->widget();
-    DefineAssignment::raise(widget);
-    // A control inside a tree sits in a row that may be folded away.
-    QTreeWidgetItem *row = nullptr;
-    for (QWidget *w = widget; w && !row; w = w->parentWidget()) {
-        if (auto *tree = qobject_cast<QTreeWidget *>(w->parentWidget() ? w->parentWidget()->parentWidget() : nullptr)) {
-            for (QTreeWidgetItemIterator it(tree); *it; ++it) {
-                if (tree->itemWidget(*it, 1) == w || tree->itemWidget(*it, 0) == w) {
-                    row = *it;
-                    break;
-                }
-            }
-        }
-    }
-    for (QTreeWidgetItem *r = row ? row->parent() : nullptr; r; r = r->parent())
-        r->setExpanded(true);
+    if (auto *group = dynamic_cast<QButtonGroup *>(element); group && !group->buttons().isEmpty())
+        widget = group->checkedButton() ? group->checkedButton() : group->buttons().first();
+    QTreeWidgetItem *row = PageRevealer::reveal(widget);
     if (widget->isEnabled())
         widget->setFocus();
     m_blinker->start(widget, row);

@@ -4,6 +4,9 @@
 
 #include "config/Checksum.h"
 #include "elements/DefineAssignment.h"
+#include "elements/SetDef.h"
+#include "model/DefineText.h"
+#include "model/HardwareModel.h"
 #include "shell/Console.h"
 #include "shell/Dialogs.h"
 #include "shell/Document.h"
@@ -107,7 +110,17 @@ void WindowScriptHost::applySetDef(const QString &text)
 
 void WindowScriptHost::logSetDefs(bool on)
 {
-    m_window.setProperty("logSetDefs", on);
+    SetDef::setTrace(on);
+}
+
+QString WindowScriptHost::registerValue(const QString &define)
+{
+    if (!m_window.document())
+        return QString();
+    const HardwareModel &model = m_window.document()->model();
+    const DefineText parts = DefineText::parse(define);
+    const Register *reg = HardwareModel::findRegister(model.findPeripheral(parts.peripheral), parts.registerName);
+    return reg ? model.composeRegisterValue(reg) : QString();
 }
 
 QString WindowScriptHost::workingDir() const

@@ -26,6 +26,7 @@ public:
     void resetForm() override;
     void applySetDef(const QString &text) override;
     void logSetDefs(bool on) override;
+    QString registerValue(const QString &define) override;
     QString workingDir() const override;
     void setWorkingDir(const QString &dir) override;
     void setScriptsDir(const QString &dir) override;

@@ -27,26 +27,6 @@ void showUsage(bool quiet)
     box.exec();
 }
 
-// The program works from its own folder, yet a user who types a relative
-// name means it from where they are: names that exist there, and output
-// files, are made absolute before the folder changes meaning.
-void resolveAgainst(const QDir &startDir, StartOptions &o)
-{
-    auto input = [&startDir](QString &name) {
-        if (!name.isEmpty() && QFileInfo(name).isRelative() && QFileInfo::exists(startDir.filePath(name)))
-            name = startDir.absoluteFilePath(name);
-    };
-    auto output = [&startDir](QString &name) {
-        if (!name.isEmpty() && QFileInfo(name).isRelative())
-            name = startDir.absoluteFilePath(name);
-    };
-    input(o.fileName);
-    input(o.batchFile);
-    output(o.consoleLogFile);
-    output(o.outputLogFile);
-    output(o.saveFile);
-}
-
 } // namespace
 
 int main(int argc, char *argv[])
@@ -74,7 +54,7 @@ int main(int argc, char *argv[])
     for (const QString &hint : qAsConst(options.hints))
         std::fprintf(stderr, "%s\n", hint.toLocal8Bit().constData());
     options.fileName.replace(QLatin1Char('\\'), QLatin1Char('/'));
-    resolveAgainst(startDir, options);
+    CommandLine::resolveNames(options, startDir, QDir::current());
 
     MainWindow window(options);
     if (window.exitRequested())

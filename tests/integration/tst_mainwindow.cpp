@@ -2,6 +2,7 @@
 
 #include "QuillonRun.h"
 #include "RecordingSink.h"
+#include "elements/ActiveElement.h"
 #include "elements/DataClass.h"
 #include "elements/DocumentTables.h"
 #include "shell/Console.h"
@@ -10,7 +11,11 @@
 #include "FakeHid.h"
 #include "device/StickLink.h"
 
+#include <QAbstractButton>
 #include <QCloseEvent>
+#include <QTabWidget>
+#include <QTreeWidget>
+#include <QTreeWidgetItemIterator>
 #include <QTemporaryDir>
 
 static StartOptions quietOptions()
@@ -54,6 +59,75 @@ private slots:
         QVERIFY(!window.console()->plainText().contains(QLatin1String("Not found in svd file")));
         // The working folder follows the document.
         QCOMPARE(QDir::currentPath(), m_dir.path());
+    }
+
+    void goingToAnElement_data()
+    {
+        QTest::addColumn<QString>("define");
+        QTest::addColumn<QStringList>("pages");
+        QTest::addColumn<bool>("inTree");
+        QTest::newRow("first page") << "A" << QStringList{"First"} << false;
+        QTest::newRow("another page") << "B" << QStringList{"Second"} << false;
+        QTest::newRow("nested tabs") << "C" << QStringList{"Third", "Inner 2"} << false;
+        QTest::newRow("folded tree row") << "D" << QStringList{"Third", "Inner 1"} << true;
+        QTest::newRow("radio group") << "E" << QStringList{"Second"} << false;
+    }
+
+    void goingToAnElement()
+    {
+        QFETCH(QString, define);
+        QFETCH(QStringList, pages);
+        QFETCH(bool, inTree);
+        const QString path = writeDescription(QStringLiteral("pages.xml"), R"(
+<tabcontainer>
+ <verticalcontainer label="First"><spinbox define="A" svd="0"/></verticalcontainer>
+ <verticalcontainer label="Second"><spinbox define="B" svd="0"/>
+  <radio define="E" svd="0"><radiobutton label="x" value="0"/><radiobutton label="y" value="3"/></radio>
+ </verticalcontainer>
+ <verticalcontainer label="Third">
+  <tabcontainer>
+   <verticalcontainer label="Inner 1">
+    <treecontainer><branch label="Top"><branch label="Deeper"><spinbox define="D" svd="0"/></branch></branch></treecontainer>
+   </verticalcontainer>
+   <verticalcontainer label="Inner 2"><spinbox define="C" svd="0"/></verticalcontainer>
+  </tabcontainer>
+ </verticalcontainer>
+</tabcontainer>)");
+        MainWindow window(quietOptions());
+        QVERIFY(window.open(path));
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        ActiveElement *element = window.document()->tables().element(define);
+        QVERIFY(element);
+        // Page one is the current one, and the radio group's second button
+        // is the checked one.
+        QVERIFY(window.execScriptLine(QStringLiteral("SetRbItem(E, 1)"), 1));
+        for (QWidget *w = window.document()->tables().element(QStringLiteral("B"))->widget(); w; w = w->parentWidget()) {
+            if (auto *tabs = qobject_cast<QTabWidget *>(w))
+                tabs->setCurrentIndex(0);
+        }
+        window.on_anchorClicked(define);
+        // The focus is on the element; a radio group gives it to its checked
+        // button.
+        QWidget *focus = QApplication::focusWidget();
+        QVERIFY(focus);
+        QVERIFY2(focus->isVisible(), qPrintable(define));
+        QStringList shown;
+        for (QWidget *w = focus; w; w = w->parentWidget()) {
+            if (auto *tabs = qobject_cast<QTabWidget *>(w))
+                shown.prepend(tabs->tabText(tabs->currentIndex()));
+        }
+        QCOMPARE(shown, pages);
+        if (inTree) {
+            auto *tree = element->widget()->parentWidget()->parentWidget();
+            QVERIFY(qobject_cast<QTreeWidget *>(tree));
+            for (QTreeWidgetItemIterator it(static_cast<QTreeWidget *>(tree)); *it; ++it)
+                QVERIFY2((*it)->childCount() == 0 || (*it)->isExpanded(), qPrintable((*it)->text(0)));
+        }
+        if (define == QLatin1String("E"))
+            QCOMPARE(qobject_cast<QAbstractButton *>(focus)->text(), QStringLiteral("y"));
+        else
+            QVERIFY(focus == element->widget() || element->widget()->isAncestorOf(focus));
     }
 
     void openFailureReturnsToHome()

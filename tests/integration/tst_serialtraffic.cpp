@@ -238,7 +238,7 @@ private slots:
         QCOMPARE(tasks.ioTimeoutCount, quint16(1));
 
         const QString log = m_dir.filePath(QStringLiteral("script-traffic.log"));
-        QVERIFY(m_window->execScriptLine(QStringLiteral("SetTavLogging(3, 0, %1)").arg(log), 3));
+        QVERIFY(m_window->execScriptLine(QStringLiteral("SetTavLogging(3, 0,%1)").arg(log), 3));
         m_window->sendUSB(QStringLiteral("0x04;0x2a"));
         QCOMPARE(m_sink->console, QStringList{"<font color=\"green\">--> 0x04 0x2a </b></font><br>"});
         QCOMPARE(readTextFile(log), QStringLiteral("<font color=\"green\">--> 0x04 0x2a </b></font><br>\n"));

@@ -84,6 +84,52 @@ private slots:
         QVERIFY(lines.contains(QStringLiteral("  -s[<qlnpFile>]\tSave configuration file, with correct Hash, and generate header files")));
     }
 
+    void relativeNames_data()
+    {
+        QTest::addColumn<QString>("given");
+        QTest::addColumn<QString>("inProgram");
+        QTest::addColumn<QString>("inStart");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("both: the program's folder wins") << "a.xml" << "a.xml" << "a.xml" << "program/a.xml";
+        QTest::newRow("only the starting folder") << "b.xml" << "" << "b.xml" << "start/b.xml";
+        QTest::newRow("neither: left as given") << "c.xml" << "" << "" << "c.xml";
+        QTest::newRow("sub folder of the program") << "sub/d.xml" << "sub/d.xml" << "" << "program/sub/d.xml";
+    }
+
+    void relativeNames()
+    {
+        QFETCH(QString, given);
+        QFETCH(QString, inProgram);
+        QFETCH(QString, inStart);
+        QFETCH(QString, expected);
+        QTemporaryDir root;
+        const QDir program(root.filePath(QStringLiteral("program")));
+        const QDir start(root.filePath(QStringLiteral("start")));
+        auto touch = [](const QDir &dir, const QString &name) {
+            if (name.isEmpty())
+                return;
+            QDir().mkpath(QFileInfo(dir.filePath(name)).absolutePath());
+            QFile f(dir.filePath(name));
+            QVERIFY(f.open(QIODevice::WriteOnly));
+        };
+        touch(program, inProgram);
+        touch(start, inStart);
+        QDir().mkpath(program.path());
+        QDir().mkpath(start.path());
+
+        // Inputs (document and script) follow the same rule; outputs always
+        // belong to the starting folder, even when the program's folder
+        // holds a file of that name.
+        StartOptions o = parse({given, QStringLiteral("-b") + given, QStringLiteral("-c") + given,
+                                QStringLiteral("-o") + given, QStringLiteral("-s") + given});
+        CommandLine::resolveNames(o, start, program);
+        const QString want = expected == given ? given : root.filePath(expected);
+        QCOMPARE(o.fileName, want);
+        QCOMPARE(o.batchFile, want);
+        for (const QString &output : {o.consoleLogFile, o.outputLogFile, o.saveFile})
+            QCOMPARE(output, start.absoluteFilePath(given));
+    }
+
     void defineItems()
     {
         const auto items = CommandLine::defineItems(QStringLiteral(" a = 1 ;broken; b=x=y;c="));
