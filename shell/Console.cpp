@@ -7,6 +7,7 @@
 #include <QDockWidget>
 #include <QFileInfo>
 #include <QMenu>
+#include <QLabel>
 #include <QMessageBox>
 #include <QProcess>
 #include <QScrollBar>
@@ -131,9 +132,18 @@ void Console::showError(const QString &text)
             m_box->setIcon(QMessageBox::Warning);
             m_box->setWindowTitle(QStringLiteral("Quillon"));
             m_box->setModal(false);
+            // Messages carry mark-up and links to elements and file places;
+            // a link in the box is followed like one in the console.
+            m_box->setTextFormat(Qt::RichText);
+            m_box->setTextInteractionFlags(Qt::TextBrowserInteraction);
+            if (auto *label = m_box->findChild<QLabel *>(QStringLiteral("qt_msgbox_label"))) {
+                label->setOpenExternalLinks(false);
+                connect(label, &QLabel::linkActivated, this, [this](const QString &link) { on_anchorClicked(QUrl(link)); });
+            }
         }
-        // A new message replaces the last one: messages are not queued.
-        m_box->setText(text);
+        // A new message replaces the last one: messages are not queued. Line
+        // feeds of plain parts become line breaks of the rich text.
+        m_box->setText(QString(text).replace(QLatin1Char('\n'), QLatin1String("<br>")));
         m_box->show();
     }
     if (m_echoOn) {

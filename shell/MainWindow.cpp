@@ -137,6 +137,8 @@ MainWindow::MainWindow(const StartOptions &options, QWidget *parent)
     buildActions();
     buildToolBars();
     addDockWidget(Qt::BottomDockWidgetArea, m_console->dock());
+    // The form comes first: the console starts low and can be pulled up.
+    resizeDocks({m_console->dock()}, {140}, Qt::Vertical);
     connect(m_console, &Console::elementLinkClicked, this, &MainWindow::on_anchorClicked);
     m_unresolvedDialog = new UnresolvedDialog(this);
     connect(m_unresolvedDialog, &UnresolvedDialog::elementRequested, this, &MainWindow::on_anchorClicked);

@@ -4,11 +4,13 @@
 
 #include <QAction>
 #include <QDockWidget>
+#include <QLabel>
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTextBrowser>
+#include <QTextDocument>
 
 static QString readAll(const QString &path)
 {
@@ -65,8 +67,21 @@ private slots:
         QVERIFY(box->isVisible());
         QVERIFY(!box->isModal());
         QVERIFY(box->windowFlags() & Qt::WindowStaysOnTopHint);
-        console.showError(QStringLiteral("second"));
+        // A reader's error: mark-up and a link to the place in the file are
+        // shown as rich text, and the link is followed as in the console.
+        QSignalSpy elements(&console, &Console::elementLinkClicked);
+        console.showError(QStringLiteral("<b>Cannot read file a.xml:</b>\nline <a href=\"%1\">PIN</a>")
+                              .arg(Console::linkTarget(QStringLiteral("P.R"))));
         QCOMPARE(console.messageBox(), box);
+        QCOMPARE(box->textFormat(), Qt::RichText);
+        auto *label = box->findChild<QLabel *>(QStringLiteral("qt_msgbox_label"));
+        QVERIFY(label);
+        QTextDocument shown;
+        shown.setHtml(label->text());
+        QCOMPARE(shown.toPlainText().replace(QChar(QChar::LineSeparator), QLatin1Char('\n')), QStringLiteral("Cannot read file a.xml:\nline PIN"));
+        emit label->linkActivated(Console::linkTarget(QStringLiteral("P.R")));
+        QCOMPARE(elements.count(), 1);
+        console.showError(QStringLiteral("second"));
         QCOMPARE(box->text(), QStringLiteral("second"));
         // Without -q nothing is echoed into the console.
         QVERIFY(!console.plainText().contains(QLatin1String("second")));
