@@ -8,7 +8,8 @@ set -e
 PACKAGES="build-essential cmake ninja-build ccache pkg-config \
 qtbase5-dev qtbase5-dev-tools libqt5svg5-dev libqt5serialport5-dev \
 libqt5xmlpatterns5-dev libqwt-qt5-dev libhidapi-dev libelf-dev \
-python3-dev pybind11-dev xvfb x11-apps imagemagick gcc $*"
+python3-dev pybind11-dev xvfb x11-apps imagemagick gcc \
+desktop-file-utils shared-mime-info dpkg-dev $*"
 
 missing=""
 for p in $PACKAGES; do

@@ -40,6 +40,9 @@ void IniSettings::read(const QString &folder, bool keilFlag, QString &fileName)
         else if (k == QLatin1String("externaleditor")) externalEditor = v.toString();
         else if (k == QLatin1String("disableproductstatestorage")) disableProductStateStorage = v.toBool();
         else if (k == QLatin1String("scalefactor")) scaleFactor = v.toString();
+        else if (k == QLatin1String("lanternserviceport")) lanternServicePort = v.toInt();
+        else if (k == QLatin1String("internalupdatehost")) internalUpdateHost = v.toString();
+        else if (k == QLatin1String("publicupdatehost")) publicUpdateHost = v.toString();
     }
     if (fileName.isEmpty())
         fileName = loadOnStart;

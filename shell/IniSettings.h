@@ -30,4 +30,10 @@ public:
     QString externalEditor;
     bool disableProductStateStorage = false;
     QString scaleFactor;
+    // The desktop integration: the launcher service's port (tests move it
+    // off 50000) and the hosts of the two update sites ("name[:port]";
+    // without them no update check runs).
+    int lanternServicePort = 0;
+    QString internalUpdateHost;
+    QString publicUpdateHost;
 };

@@ -22,6 +22,7 @@
 #include "elements/TimerLabel.h"
 #include "automation/ScriptInterpreter.h"
 #include "shell/ActionTable.h"
+#include "integration/DesktopIntegration.h"
 #include "shell/WindowScriptHost.h"
 #include "shell/AppVersion.h"
 #include "shell/CommandLine.h"
@@ -145,11 +146,15 @@ MainWindow::MainWindow(const StartOptions &options, QWidget *parent)
     m_diffDialog = new DiffDialog(this);
     connect(m_diffDialog, &DiffDialog::elementRequested, this, &MainWindow::on_anchorClicked);
     setAcceptDrops(true);
-    statusBar();
+    m_integration = new DesktopIntegration(m_ini, m_preferences, this);
+    m_integration->decorateStatusBar(statusBar());
 
     // 5. The window title.
     setWindowTitle(QStringLiteral("Quillon [*]"));
     setDocumentActionsEnabled(false);
+
+    // 6. The Keil tools menu (-k, or as the settings say).
+    m_integration->keilAtStart(m_options.keil, m_options.quiet);
 
     // 7. The document of the command line.
     const QString file = m_options.fileName;
@@ -200,6 +205,8 @@ MainWindow::MainWindow(const StartOptions &options, QWidget *parent)
 
     // 13. Values given with -d.
     applyCommandLineDefines();
+    // The update check once the window is up, so that its box has a parent.
+    QTimer::singleShot(0, m_integration, &DesktopIntegration::checkForUpdates);
 }
 
 MainWindow::~MainWindow()
@@ -551,6 +558,7 @@ bool MainWindow::open(const QString &fName)
     setWindowTitle(QStringLiteral("Quillon ") + QDir::toNativeSeparators(m_lastDocument) + QStringLiteral("[*]"));
     setWindowModified(false);
     m_preferences.workingDir = QFileInfo(fileName).absolutePath();
+    m_integration->documentOpened(m_lastDocument);
     return true;
 }
 
@@ -587,6 +595,7 @@ void MainWindow::newProject()
     setWindowModified(false);
     setWindowTitle(QStringLiteral("Quillon [*]"));
     setDocumentActionsEnabled(false);
+    m_integration->documentOpened(index);
 }
 
 void MainWindow::startUp(bool afterLoad)
@@ -679,13 +688,18 @@ void MainWindow::showSettingsDialog()
 
 void MainWindow::showHelp()
 {
-    const QString folder = QDir(m_document->folder()).filePath(m_document->state().documentsFolder);
-    QDesktopServices::openUrl(QUrl::fromLocalFile(folder));
+    m_integration->showHelp(this);
 }
 
 void MainWindow::showAppNotes()
 {
-    showHelp();
+    const QString folder = QDir(m_document->folder()).filePath(m_document->state().documentsFolder);
+    QDesktopServices::openUrl(QUrl::fromLocalFile(folder));
+}
+
+void MainWindow::integrateKeil()
+{
+    m_integration->integrateKeil();
 }
 
 void MainWindow::showForum()

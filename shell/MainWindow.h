@@ -21,6 +21,7 @@ class ElementBlinker;
 class ActiveElement;
 class Console;
 class DataClass;
+class DesktopIntegration;
 class Document;
 class DocumentTables;
 class QLabel;
@@ -97,6 +98,7 @@ public slots:
     void tabSelected();
     void showSettingsDialog();
     void showHelp();
+    void integrateKeil();
     void showForum();
     void showAppNotes();
     void switchFullscreenMode();
@@ -258,4 +260,5 @@ private:
     DataTasks *m_traffic = nullptr;
     StickFirmware *m_firmware = nullptr;
     TerminalPort *m_terminal = nullptr;
+    DesktopIntegration *m_integration = nullptr;
 };
