@@ -17,7 +17,8 @@ LauncherClient::Manifest LauncherClient::parseManifest(const QByteArray &text)
     Manifest m;
     m.found = true;
     m.version = QStringLiteral("Unknown");
-    const QStringList lines = QString::fromUtf8(text).split(QLatin1Char('\n'));
+    // Taken whole: a NUL byte in the file must not hide the lines behind it.
+    const QStringList lines = QString::fromUtf8(text.constData(), text.size()).split(QLatin1Char('\n'));
     for (QString line : lines) {
         line.remove(QLatin1Char('\r'));
         const QStringList parts = line.split(QStringLiteral(": "));
@@ -156,9 +157,20 @@ void LauncherClient::checkRegisteredTools()
     connect(manager, &QNetworkAccessManager::finished, this, &LauncherClient::readingRegisteredTools);
 }
 
+namespace {
+
+// The reply as text; a reply aborted by its time-out has nothing to read.
+QString replyText(QNetworkReply *rep)
+{
+    const QByteArray data = rep->isOpen() ? rep->readAll() : QByteArray();
+    return QString::fromUtf8(data.constData(), data.size());
+}
+
+} // namespace
+
 void LauncherClient::readingRegisteredTools(QNetworkReply *rep)
 {
-    const QString text = QString::fromUtf8(rep->readAll());
+    const QString text = replyText(rep);
     if (text.contains(toolFeatureId, Qt::CaseInsensitive))
         setLanternState();
     else
@@ -174,7 +186,7 @@ void LauncherClient::registerTool()
 
 void LauncherClient::onToolRegisterAttempt(QNetworkReply *rep)
 {
-    const QString text = QString::fromUtf8(rep->readAll());
+    const QString text = replyText(rep);
     // The walk goes up as long as the service refuses, but not past the
     // last port there is.
     if (text.contains(QLatin1String("port is already registered"), Qt::CaseInsensitive) && toolPort < 65535) {

@@ -151,7 +151,7 @@ private slots:
         QXmlStreamReader xml(&f);
         QStringList seen;
         while (!xml.atEnd()) {
-            if (xml.readNextStartElement()) {
+            if (xml.readNext() == QXmlStreamReader::StartElement) {
                 const auto a = xml.attributes();
                 if (xml.name() == QLatin1String("glob"))
                     seen << QStringLiteral("glob ") + a.value(QLatin1String("pattern")).toString();

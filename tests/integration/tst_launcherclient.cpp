@@ -5,6 +5,7 @@
 
 #include <QElapsedTimer>
 #include <QSignalSpy>
+#include <QLabel>
 #include <QStatusBar>
 #include <QTcpServer>
 #include <QTemporaryDir>

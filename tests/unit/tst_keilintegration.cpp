@@ -7,22 +7,23 @@
 #include <QSettings>
 #include <QTemporaryDir>
 
+// One slot of the menu as a test writes it.
+struct Row
+{
+    int index;
+    QString text;
+    QString flags;
+    QString executable;
+    QString arguments = QStringLiteral("args");
+    QString folder;
+};
+Q_DECLARE_METATYPE(QList<Row>)
+
 // The Keil tools menu on a scratch store: adding this program, cleaning
 // entries of removed copies (with packing), and the questions asked.
 class TestKeilIntegration : public QObject
 {
     Q_OBJECT
-public:
-    struct Row
-    {
-        int index;
-        QString text;
-        QString flags;
-        QString executable;
-        QString arguments = QStringLiteral("args");
-        QString folder;
-    };
-
 private:
     QTemporaryDir m_config;
     QTemporaryDir m_dir;
@@ -204,7 +205,7 @@ private slots:
         const QString self = QStringLiteral("/opt/quillon/quillon");
         QTest::newRow("empty menu") << QList<Row>{} << int(QMessageBox::No) << true << 0 << 0;
         QTest::newRow("other tools only, first free slot")
-            << QList<Row>{{0, "Editor", n, m_present}, {1, "Flash", n, m_present}} << int(QMessageBox::No) << true << 1 << 0;
+            << QList<Row>{{0, "Editor", n, m_present}, {1, "Flash", n, m_present}} << int(QMessageBox::No) << true << 2 << 0;
         QTest::newRow("already there") << QList<Row>{{0, "Editor", n, m_present}, {1, "Quillon V2.5.0", n, self}}
                                        << int(QMessageBox::Yes) << false << -1 << 0;
         QTest::newRow("other copy, yes") << QList<Row>{{0, "Quillon V2.4.0", n, "/usr/lib/quillon/quillon"}}
@@ -304,7 +305,7 @@ private slots:
         QTest::newRow("others, quiet: nothing asked, nothing added")
             << QList<Row>{{0, "NVXQuillon V1.0", n, m_present}} << true << int(QMessageBox::Yes) << false << 0 << false;
         QTest::newRow("already there, in other case")
-            << QList<Row>{{0, "Quillon V2.4.0", n, self.toUpper(), selfArgs.toLower()}} << false
+            << QList<Row>{{0, "Renamed by hand", n, self.toUpper(), selfArgs.toLower()}} << false
             << int(QMessageBox::Yes) << false << 0 << false;
     }
 
@@ -420,7 +421,6 @@ private slots:
     }
 };
 
-Q_DECLARE_METATYPE(QList<TestKeilIntegration::Slot>)
 
 QTEST_GUILESS_MAIN(TestKeilIntegration)
 #include "tst_keilintegration.moc"
