@@ -17,7 +17,14 @@
 #   - every executable target named quillon-* (also linked into bin/), and
 #     every shared or module library target named quillon_* (plug-ins such as
 #     libquillon_python.so), wherever it is defined outside tests/, bench/
-#     and fuzz/.
+#     and fuzz/;
+#   - whatever the build places at the top of the runtime folder (the folder
+#     of the executable in the build tree) under the name quillon-* (a tool
+#     that is a script, also linked into bin/) or *.xsd (schemas such as
+#     QLN.xsd), picked up when installing.
+#
+# QUILLON_INSTALL_SETTINGS names a settings.ini to install in place of the
+# development one (which switches the author tools on).
 include(GNUInstallDirs)
 
 set(QUILLON_PROGRAM_DIR "lib/quillon" CACHE STRING "Program folder, relative to the install prefix")
@@ -25,6 +32,10 @@ set(QUILLON_PACKAGING_DIR ${CMAKE_CURRENT_LIST_DIR})
 
 install(TARGETS quillon RUNTIME DESTINATION ${QUILLON_PROGRAM_DIR})
 install(DIRECTORY ${CMAKE_SOURCE_DIR}/resources/runtime/ DESTINATION ${QUILLON_PROGRAM_DIR} USE_SOURCE_PERMISSIONS)
+set(QUILLON_INSTALL_SETTINGS "" CACHE FILEPATH "settings.ini to install instead of resources/runtime/settings.ini")
+if(QUILLON_INSTALL_SETTINGS)
+    install(FILES ${QUILLON_INSTALL_SETTINGS} DESTINATION ${QUILLON_PROGRAM_DIR} RENAME settings.ini)
+endif()
 install(DIRECTORY ${CMAKE_SOURCE_DIR}/examples DESTINATION ${QUILLON_PROGRAM_DIR} USE_SOURCE_PERMISSIONS
         PATTERN "screenshot.png" EXCLUDE)
 
@@ -77,15 +88,37 @@ endfunction()
 
 function(quillon_install_helpers)
     quillon_collect_targets(${CMAKE_SOURCE_DIR} targets)
+    set(by_target "")
     foreach(t ${targets})
         get_target_property(type ${t} TYPE)
         if(type STREQUAL "EXECUTABLE" AND t MATCHES "^quillon-")
             install(TARGETS ${t} RUNTIME DESTINATION ${QUILLON_PROGRAM_DIR})
             quillon_install_bin_link(${t})
+            list(APPEND by_target ${t})
         elseif((type STREQUAL "SHARED_LIBRARY" OR type STREQUAL "MODULE_LIBRARY") AND t MATCHES "^quillon_")
             install(TARGETS ${t} LIBRARY DESTINATION ${QUILLON_PROGRAM_DIR})
         endif()
     endforeach()
+    # The rest of the runtime folder by name, when installing (the build may
+    # only now have put it there).
+    file(RELATIVE_PATH bin_to_program "/${CMAKE_INSTALL_BINDIR}" "/${QUILLON_PROGRAM_DIR}")
+    install(CODE "
+        set(_by_target \"${by_target}\")
+        set(_program \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${QUILLON_PROGRAM_DIR}\")
+        set(_bin \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}\")
+        file(GLOB _found LIST_DIRECTORIES false \"${QUILLON_RUNTIME_DIR}/quillon-*\" \"${QUILLON_RUNTIME_DIR}/*.xsd\")
+        foreach(_file \${_found})
+            get_filename_component(_name \${_file} NAME)
+            list(FIND _by_target \"\${_name}\" _index)
+            if(_index EQUAL -1)
+                file(INSTALL \${_file} DESTINATION \${_program} USE_SOURCE_PERMISSIONS)
+                if(_name MATCHES \"^quillon-\")
+                    file(MAKE_DIRECTORY \${_bin})
+                    file(REMOVE \${_bin}/\${_name})
+                    file(CREATE_LINK ${bin_to_program}/\${_name} \${_bin}/\${_name} SYMBOLIC)
+                endif()
+            endif()
+        endforeach()")
 endfunction()
 
 if(CMAKE_VERSION VERSION_GREATER_EQUAL 3.19)

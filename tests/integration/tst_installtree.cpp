@@ -55,8 +55,17 @@ private slots:
     void initTestCase()
     {
         QVERIFY(m_prefix.isValid());
+        // A helper script and a schema that the build put beside the
+        // program join the install by their names alone.
+        const QString probe = QuillonRun::buildDir() + QStringLiteral("/quillon-install-probe");
+        const QString schema = QuillonRun::buildDir() + QStringLiteral("/install-probe.xsd");
+        QVERIFY(writeTextFile(probe, "#!/bin/sh\necho probe \"$@\"\n"));
+        QFile::setPermissions(probe, QFile::permissions(probe) | QFileDevice::ExeOwner | QFileDevice::ExeGroup);
+        QVERIFY(writeTextFile(schema, "<xs:schema xmlns:xs=\"http://www.w3.org/2001/XMLSchema\"/>\n"));
         const Result r = runTool(QStringLiteral("cmake"),
                                  {"--install", QuillonRun::buildDir(), "--prefix", m_prefix.path()});
+        QFile::remove(probe);
+        QFile::remove(schema);
         QVERIFY2(r.exitCode == 0, qPrintable(r.output));
         m_program = installed(QStringLiteral("lib/quillon"));
     }
@@ -68,6 +77,15 @@ private slots:
         QVERIFY(QFileInfo(link.symLinkTarget()).isRelative() || link.symLinkTarget().startsWith(m_prefix.path()));
         QCOMPARE(QFileInfo(link.canonicalFilePath()).absolutePath(), QFileInfo(m_program).canonicalFilePath());
         QVERIFY(QFileInfo(m_program + QStringLiteral("/quillon")).isExecutable());
+    }
+
+    void helpersJoinByName()
+    {
+        QVERIFY(QFileInfo(m_program + QStringLiteral("/quillon-install-probe")).isExecutable());
+        QVERIFY(QFileInfo::exists(m_program + QStringLiteral("/install-probe.xsd")));
+        const Result r = runTool(installed(QStringLiteral("bin/quillon-install-probe")), {"x"});
+        QCOMPARE(r.exitCode, 0);
+        QCOMPARE(r.output, QStringLiteral("probe x\n"));
     }
 
     void runtimeFilesLieBesideTheProgram()
