@@ -6,8 +6,10 @@
 #include "integration/UpdateCheck.h"
 #include "shell/Dialogs.h"
 #include "shell/IniSettings.h"
+#include "elements/MessageSink.h"
 
 #include <QCoreApplication>
+#include <QDir>
 
 DesktopIntegration::DesktopIntegration(const IniSettings &ini, Preferences &preferences, QObject *parent)
     : QObject(parent)
@@ -47,7 +49,9 @@ void DesktopIntegration::integrateKeil()
 {
     KeilToolStore store;
     KeilIntegration keil(store);
-    keil.integrateKeil();
+    if (keil.integrateKeil())
+        consolePrint(tr("Quillon was added to the Keil \u00b5Vision tools menu (%1).<br>")
+                         .arg(QDir::toNativeSeparators(store.fileName()).toHtmlEscaped()));
 }
 
 void DesktopIntegration::documentOpened(const QString &description)

@@ -140,6 +140,16 @@ private slots:
         QCOMPARE(store.text("Mex", 0) == QDir::toNativeSeparators(QCoreApplication::applicationFilePath()), entered);
         QCOMPARE(store.text("Mex", 0).isEmpty(), !entered);
 
+        // The menu action finds this program entered and adds nothing.
+        if (entered) {
+            integration.integrateKeil();
+            QVERIFY(!m_sink.text.contains(QLatin1String("was added")));
+            QFile::remove(file);
+            integration.integrateKeil();
+            QVERIFY2(m_sink.text.contains(QLatin1String("Quillon was added to the Keil")), qPrintable(m_sink.text));
+            QCOMPARE(KeilToolStore().text("Mtx", 0), QStringLiteral("Quillon V") + QCoreApplication::applicationVersion());
+        }
+
         // Without -k and without enablekeil nothing runs at all.
         QFile::remove(file);
         integration.keilAtStart(false, true);
