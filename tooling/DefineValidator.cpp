@@ -80,7 +80,9 @@ bool DefineValidator::isDefined(const QString &name) const
     if (name == QLatin1String("$ADDRESS$") || name == QLatin1String("$VALUE$") || name == QLatin1String("$FUNC$")
         || name.endsWith(QLatin1String("DIR$")))
         return true;
-    return m_defined.contains(name);
+    // Lock strings and setDef texts name bits of a define; the define
+    // itself is what the elements declare.
+    return m_defined.contains(name) || m_defined.contains(withoutSelection(name));
 }
 
 void DefineValidator::reportList(const QString &header, const QStringList &entries)
@@ -220,7 +222,9 @@ bool DefineValidator::streamPass(const QString &fileName)
         QStringLiteral("\"(([a-zA-Z0-9_]+.[a-zA-Z0-9_]+(?>.[a-zA-Z0-9_]+))?(?>\\[\\d+(?>:\\d+)?\\])?)\"")));
     static const QRegularExpression lockSuffix(QStringLiteral("(\\.[a-z]+)?(=.+)$"));
     static const QRegularExpression setdefSuffix(QStringLiteral("(\\.[a-z]+)?(=.+)"));
-    static const QRegularExpression recCount(QStringLiteral("^[0-9]+:"));
+    // A count in front of a receive target; a minus marks the low byte
+    // first and is a count all the same.
+    static const QRegularExpression recCount(QStringLiteral("^-?[0-9]+:"));
 
     QXmlStreamReader xml(&file);
     // Open elements: whether each is a tree container.
