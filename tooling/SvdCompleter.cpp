@@ -7,7 +7,6 @@
 #include <QSaveFile>
 #include <QSet>
 #include <QXmlStreamReader>
-#include <QXmlStreamWriter>
 #include <algorithm>
 
 namespace {
@@ -64,19 +63,78 @@ QString hex(qint64 value)
     return QStringLiteral("0x") + QString::number(value, 16).toUpper();
 }
 
-void writeNode(QXmlStreamWriter &w, const Node &node)
+// Escapes text and attribute values; most texts need none, so the common
+// case appends the string as it is.
+void appendEscaped(QString &out, const QString &text)
 {
-    w.writeStartElement(node.tag);
-    for (const auto &a : node.attributes)
-        w.writeAttribute(a.first, a.second);
-    if (node.children.empty()) {
-        if (!node.text.isEmpty())
-            w.writeCharacters(node.text);
-    } else {
-        for (const NodePtr &c : node.children)
-            writeNode(w, *c);
+    const QChar *begin = text.constData();
+    const QChar *end = begin + text.size();
+    const QChar *run = begin;
+    for (const QChar *c = begin; c != end; ++c) {
+        const char16_t u = c->unicode();
+        const char *replacement = u == '&' ? "&amp;" : u == '<' ? "&lt;" : u == '>' ? "&gt;" : u == '"' ? "&quot;" : nullptr;
+        if (!replacement)
+            continue;
+        out.append(run, int(c - run));
+        out.append(QLatin1String(replacement));
+        run = c + 1;
     }
-    w.writeEndElement();
+    out.append(run, int(end - run));
+}
+
+// Written by hand rather than by QXmlStreamWriter: the output of a large
+// vendor file is written several times faster this way, in the same form
+// (two blanks of indentation per level, texts inline).
+void writeNode(QString &out, const Node &node, int depth)
+{
+    out.append(QString(depth * 2, QLatin1Char(' ')));
+    out.append(QLatin1Char('<'));
+    out.append(node.tag);
+    for (const auto &a : node.attributes) {
+        out.append(QLatin1Char(' '));
+        out.append(a.first);
+        out.append(QLatin1String("=\""));
+        appendEscaped(out, a.second);
+        out.append(QLatin1Char('"'));
+    }
+    if (node.children.empty()) {
+        if (node.text.isEmpty()) {
+            out.append(QLatin1String("/>\n"));
+            return;
+        }
+        out.append(QLatin1Char('>'));
+        appendEscaped(out, node.text);
+    } else {
+        out.append(QLatin1String(">\n"));
+        for (const NodePtr &c : node.children)
+            writeNode(out, *c, depth + 1);
+        out.append(QString(depth * 2, QLatin1Char(' ')));
+    }
+    out.append(QLatin1String("</"));
+    out.append(node.tag);
+    out.append(QLatin1String(">\n"));
+}
+
+// The tags of SVD files, shared instead of allocated for each element.
+QString internedTag(const QStringRef &name)
+{
+    static const QStringList common{
+        QStringLiteral("name"), QStringLiteral("description"), QStringLiteral("field"), QStringLiteral("bitOffset"),
+        QStringLiteral("bitWidth"), QStringLiteral("bitRange"), QStringLiteral("lsb"), QStringLiteral("msb"),
+        QStringLiteral("access"), QStringLiteral("enumeratedValue"), QStringLiteral("value"),
+        QStringLiteral("enumeratedValues"), QStringLiteral("register"), QStringLiteral("addressOffset"),
+        QStringLiteral("size"), QStringLiteral("resetValue"), QStringLiteral("resetMask"), QStringLiteral("fields"),
+        QStringLiteral("displayName"), QStringLiteral("usage"), QStringLiteral("dim"), QStringLiteral("dimIncrement"),
+        QStringLiteral("dimIndex"), QStringLiteral("cluster"), QStringLiteral("modifiedWriteValues"),
+        QStringLiteral("readAction"), QStringLiteral("writeConstraint"), QStringLiteral("range"),
+        QStringLiteral("minimum"), QStringLiteral("maximum"), QStringLiteral("isDefault"), QStringLiteral("interrupt"),
+        QStringLiteral("peripheral"), QStringLiteral("baseAddress"), QStringLiteral("addressBlock"),
+        QStringLiteral("offset"), QStringLiteral("registers"), QStringLiteral("groupName")};
+    for (const QString &tag : common) {
+        if (name == tag)
+            return tag;
+    }
+    return name.toString();
 }
 
 } // namespace
@@ -187,7 +245,7 @@ NodePtr SvdCompleter::parse(const QByteArray &input)
         const QXmlStreamReader::TokenType token = xml.readNext();
         if (token == QXmlStreamReader::StartElement) {
             auto n = std::make_shared<Node>();
-            n->tag = xml.name().toString();
+            n->tag = internedTag(xml.name());
             n->line = xml.lineNumber();
             const QXmlStreamAttributes attrs = xml.attributes();
             n->attributes.reserve(size_t(attrs.size()));
@@ -349,14 +407,11 @@ bool SvdCompleter::complete(const QByteArray &input, QByteArray *output)
         outDevice->children.push_back(c->tag == QLatin1String("peripherals") ? NodePtr(outPeripherals) : c);
     }
 
-    output->clear();
-    output->reserve(input.size() * 2);
-    QXmlStreamWriter w(output);
-    w.setAutoFormatting(true);
-    w.setAutoFormattingIndent(2);
-    w.writeStartDocument();
-    writeNode(w, *outDevice);
-    w.writeEndDocument();
+    QString text;
+    text.reserve(input.size() * 2);
+    text.append(QLatin1String("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"));
+    writeNode(text, *outDevice, 0);
+    *output = text.toUtf8();
     return true;
 }
 
@@ -736,8 +791,25 @@ void SvdCompleter::completeFields(const Node &fields, const QString &where, std:
                     continue;
                 outField->children.push_back(c);
             }
-            for (const NodePtr &e : enumerations)
-                outField->children.push_back(e);
+            // Vendors describe the read and the write side of a field in
+            // two lists that share values; the reader merges all lists into
+            // one, so a value is kept once, where it first comes.
+            QSet<qint64> seenValues;
+            for (const NodePtr &e : enumerations) {
+                auto unique = std::make_shared<Node>(*e);
+                unique->children.clear();
+                for (const NodePtr &v : e->children) {
+                    qint64 number = 0;
+                    if (v->tag == QLatin1String("enumeratedValue")
+                        && parseNumber(v->childText(QStringLiteral("value")), &number)) {
+                        if (seenValues.contains(number))
+                            continue;
+                        seenValues.insert(number);
+                    }
+                    unique->children.push_back(v);
+                }
+                outField->children.push_back(unique);
+            }
             out.push_back(outField);
             ++m_fields;
         }

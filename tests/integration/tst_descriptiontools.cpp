@@ -9,7 +9,11 @@
 #include <QTemporaryDir>
 
 #include "config/Checksum.h"
+#include "shell/MainWindow.h"
+#include "support/FormWindow.h"
+#include "support/ModelDocument.h"
 #include "support/QuillonRun.h"
+#include "support/RecordingSink.h"
 
 class TestDescriptionTools : public QObject
 {
@@ -51,6 +55,26 @@ private slots:
         const QByteArray text = readTextFile(generated).toUtf8();
         QVERIFY2(text.contains("<gridcontainer columns=\"3\" label=\"TIMER0\""), text.left(600).constData());
         QVERIFY(text.contains("<checksum>" + Checksum::digestOf(text).toUtf8() + "</checksum>"));
+    }
+
+    // The menu entries in quiet mode: each file dialog counts as cancelled
+    // with its console line, nothing blocks and the form stays as it was.
+    void menuEntriesInQuietMode()
+    {
+        FormWindow form;
+        QVERIFY(form.write(miniSvd("<field><name>EN</name><lsb>0</lsb><msb>0</msb></field>\n"),
+                           "<tabcontainer><checkbox define=\"P.R.EN\"/></tabcontainer>"));
+        QVERIFY(form.open());
+        const QStringList slotNames{"validateDefines", "generateXMLFromSVD", "completeSvdFile"};
+        const QStringList titles{"Validate XML File", "Open SVD File", "Open SVD File"};
+        for (int i = 0; i < slotNames.size(); ++i) {
+            form.sink->clear();
+            QVERIFY(QMetaObject::invokeMethod(form.window, qPrintable(slotNames[i])));
+            QVERIFY2(form.sink->contains(QStringLiteral("file dialog \"%1\" counts as cancelled").arg(titles[i])),
+                     qPrintable(form.sink->console.join('\n')));
+            QVERIFY(form.tables().element("P.R.EN"));
+        }
+    }
     }
 
     // The whole road for a vendor file: completion, generation, opening.

@@ -195,6 +195,25 @@ private slots:
         QVERIFY(!out.contains("isDefault"));
     }
 
+    void valuesSharedByReadAndWriteListsComeOnce()
+    {
+        const QByteArray svd = device(QStringLiteral(
+            "<peripheral><name>P</name><baseAddress>0</baseAddress><registers>"
+            "<register><name>R</name><addressOffset>0</addressOffset><fields>"
+            "<field><name>A</name><lsb>0</lsb><msb>0</msb>"
+            "<enumeratedValues><usage>read</usage>"
+            "<enumeratedValue><name>Disabled</name><value>0</value></enumeratedValue>"
+            "<enumeratedValue><name>Enabled</name><value>1</value></enumeratedValue></enumeratedValues>"
+            "<enumeratedValues><usage>write</usage>"
+            "<enumeratedValue><name>Set</name><value>0x1</value></enumeratedValue></enumeratedValues>"
+            "</field></fields></register></registers></peripheral>"));
+        ModelDocument doc;
+        QVERIFY(doc.read(completed(svd)));
+        const BitField *a = doc.reg("P", "R")->findField("A");
+        QCOMPARE(a->enumeratedValues.size(), 2);
+        QCOMPARE(a->enumeratedValues.at(1).name, QStringLiteral("Enabled"));
+    }
+
     void derivedRegisterOverridesBase()
     {
         const QByteArray svd = device(QStringLiteral(
