@@ -75,7 +75,6 @@ private slots:
             QVERIFY(form.tables().element("P.R.EN"));
         }
     }
-    }
 
     // The whole road for a vendor file: completion, generation, opening.
     void vendorFileBindsWhole()
