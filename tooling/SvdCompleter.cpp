@@ -8,6 +8,7 @@
 #include <QSet>
 #include <QXmlStreamReader>
 #include <algorithm>
+#include <functional>
 
 namespace {
 
@@ -85,9 +86,32 @@ void appendEscaped(QString &out, const QString &text)
 // Written by hand rather than by QXmlStreamWriter: the output of a large
 // vendor file is written several times faster this way, in the same form
 // (two blanks of indentation per level, texts inline).
-void writeNode(QString &out, const Node &node, int depth)
+void indent(QString &out, int depth)
 {
-    out.append(QString(depth * 2, QLatin1Char(' ')));
+    static const QString blanks(128, QLatin1Char(' '));
+    out.append(blanks.constData(), qMin(depth * 2, blanks.size()));
+}
+
+// The output goes out in chunks as it is written: a large vendor file's
+// copy never stands in memory whole, twice (as text and as UTF-8).
+struct ChunkWriter
+{
+    QString text;
+    const std::function<void(const QByteArray &)> &deliver;
+
+    void flush(bool always = false)
+    {
+        if (always || text.size() > 32768) {
+            deliver(text.toUtf8());
+            text.resize(0);
+        }
+    }
+};
+
+void writeNode(ChunkWriter &w, const Node &node, int depth)
+{
+    QString &out = w.text;
+    indent(out, depth);
     out.append(QLatin1Char('<'));
     out.append(node.tag);
     for (const auto &a : node.attributes) {
@@ -107,12 +131,13 @@ void writeNode(QString &out, const Node &node, int depth)
     } else {
         out.append(QLatin1String(">\n"));
         for (const NodePtr &c : node.children)
-            writeNode(out, *c, depth + 1);
-        out.append(QString(depth * 2, QLatin1Char(' ')));
+            writeNode(w, *c, depth + 1);
+        indent(out, depth);
     }
     out.append(QLatin1String("</"));
     out.append(node.tag);
     out.append(QLatin1String(">\n"));
+    w.flush();
 }
 
 // The tags of SVD files, shared instead of allocated for each element.
@@ -292,18 +317,29 @@ bool SvdCompleter::completeFile(const QString &inputPath, const QString &outputP
         return fail(QStringLiteral("Cannot open file %1:\n%2").arg(inputPath, in.errorString()));
     const QByteArray input = in.readAll();
     in.close();
-    QByteArray output;
-    if (!complete(input, &output)) {
+    QSaveFile out(outputPath);
+    if (!out.open(QIODevice::WriteOnly))
+        return fail(QStringLiteral("Cannot open file %1:\n%2").arg(outputPath, out.errorString()));
+    bool written = true;
+    const bool ok = run(input, [&](const QByteArray &chunk) { written = written && out.write(chunk) == chunk.size(); });
+    if (!ok) {
+        // Nothing replaces the output file.
+        out.cancelWriting();
         m_error = QStringLiteral("%1: %2").arg(inputPath, m_error);
         return false;
     }
-    QSaveFile out(outputPath);
-    if (!out.open(QIODevice::WriteOnly) || out.write(output) != output.size() || !out.commit())
+    if (!written || !out.commit())
         return fail(QStringLiteral("Cannot open file %1:\n%2").arg(outputPath, out.errorString()));
     return true;
 }
 
 bool SvdCompleter::complete(const QByteArray &input, QByteArray *output)
+{
+    output->clear();
+    return run(input, [output](const QByteArray &chunk) { output->append(chunk); });
+}
+
+bool SvdCompleter::run(const QByteArray &input, const std::function<void(const QByteArray &)> &deliver)
 {
     m_error.clear();
     m_warnings.clear();
@@ -407,11 +443,11 @@ bool SvdCompleter::complete(const QByteArray &input, QByteArray *output)
         outDevice->children.push_back(c->tag == QLatin1String("peripherals") ? NodePtr(outPeripherals) : c);
     }
 
-    QString text;
-    text.reserve(input.size() * 2);
-    text.append(QLatin1String("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"));
-    writeNode(text, *outDevice, 0);
-    *output = text.toUtf8();
+    ChunkWriter writer{QString(), deliver};
+    writer.text.reserve(40000);
+    writer.text.append(QLatin1String("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"));
+    writeNode(writer, *outDevice, 0);
+    writer.flush(true);
     return true;
 }
 

@@ -3,6 +3,7 @@
 #include <QHash>
 #include <QString>
 #include <QStringList>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -72,6 +73,7 @@ private:
     };
     struct Scope;
 
+    bool run(const QByteArray &input, const std::function<void(const QByteArray &)> &output);
     NodePtr parse(const QByteArray &input);
     NodePtr resolvePeripheral(const QString &name, std::vector<const Node *> &visiting);
     NodePtr resolveDerived(const NodePtr &node, const Scope &scope, std::vector<const Node *> &visiting);
