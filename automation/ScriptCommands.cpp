@@ -6,6 +6,8 @@
 #include "elements/Container.h"
 #include "elements/DataClass.h"
 #include "elements/DefineAssignment.h"
+#include "tooling/DefineValidator.h"
+#include "tooling/SchemaCheck.h"
 #include "elements/DocumentTables.h"
 #include "elements/MessageSink.h"
 #include "elements/NumberFormat.h"
@@ -151,6 +153,9 @@ bool ScriptCommands::run(int code)
     case SetDefinePrefix: return setDefinePrefix();
     case Export: m_host.exportHeaders(); return true;
     case Sign: return sign();
+    case Validate: DefineValidator().validate(m_interpreter.withDirLoop(p(0))); return true;
+    case CheckXsd: SchemaCheck::checkXsd(m_interpreter.withDirLoop(p(0))); return true;
+    case GenerateXmlFromSvd: return generateXmlFromSvd();
     case LoopStart: return loopStart();
     case LoopStop: return loopStop();
     case DirLoopStart: return dirLoopStart();
@@ -416,6 +421,18 @@ bool ScriptCommands::sign()
     const QString file = m_interpreter.withDirLoop(p(0));
     if (m_host.signDescription(file))
         consolePrint(QStringLiteral("Successfully signed file %1.<br>").arg(file));
+    return true;
+}
+
+bool ScriptCommands::generateXmlFromSvd()
+{
+    QString file = m_interpreter.withDirLoop(p(0));
+    if (!QFileInfo::exists(file) && !m_host.scriptsDir().isEmpty()) {
+        const QString inScripts = QDir(m_host.scriptsDir()).filePath(file);
+        if (QFileInfo::exists(inScripts))
+            file = inScripts;
+    }
+    m_host.generateXmlFromSvd(file, pTrimmed(1).toInt() != 0);
     return true;
 }
 

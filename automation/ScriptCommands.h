@@ -49,6 +49,7 @@ private:
     bool setFileName();
     bool setDefinePrefix();
     bool sign();
+    bool generateXmlFromSvd();
     bool loopStart();
     bool loopStop();
     bool dirLoopStart();

@@ -61,4 +61,8 @@ public:
     virtual void exitWithCode(int closeMode, int exitCode) = 0;
     // True once an exit was asked for: the script must stop.
     virtual bool exitRequested() const = 0;
+
+    // Writes a first description from an SVD file, filling the document's
+    // hardware model on the way; tree: branches rather than group boxes.
+    virtual bool generateXmlFromSvd(const QString &svdPath, bool tree) = 0;
 };

@@ -24,6 +24,7 @@
 #include "shell/ActionTable.h"
 #include "integration/DesktopIntegration.h"
 #include "shell/WindowScriptHost.h"
+#include "tooling/DescriptionTools.h"
 #include "shell/AppVersion.h"
 #include "shell/CommandLine.h"
 #include "shell/Console.h"
@@ -329,6 +330,7 @@ void MainWindow::buildActions()
         {"Fullscreen", "Switch to/from fullscreen mode.", "switchFullscreenMode", m_ini.enableFullscreen},
         {nullptr, nullptr, nullptr, m_ini.enableGenerateXmlFromSvd},
         {"Generate XML from SVD", "Generate an XML file from SVD as base for a GUI.", "generateXMLFromSVD", m_ini.enableGenerateXmlFromSvd},
+        {"Complete SVD file...", "Write a completed copy of a vendor SVD file, in which every register and field binds.", "completeSvdFile", m_ini.enableGenerateXmlFromSvd},
         {nullptr, nullptr, nullptr, m_ini.enableEditGui},
         {"Edit the GUI", "Edit the GUI.", "editGUI", m_ini.enableEditGui},
         {"&Integrate into Keil \u00b5Vision...", "Integrate Quillon into Keil \u00b5Vision.", "integrateKeil", m_ini.enableKeil},
@@ -1245,6 +1247,23 @@ void MainWindow::exportHeaderFiles(bool writeAll)
     HeaderExporter exporter(m_document->model(), options);
     exporter.exportHeaders(writeAll, m_document->tables().changedHeaders,
                            m_document->locks().conflictedElements());
+}
+
+void MainWindow::validateDefines()
+{
+    DescriptionTools(this).validateFromMenu(m_preferences.workingDir);
+}
+
+void MainWindow::generateXMLFromSVD()
+{
+    DescriptionTools tools(this);
+    connect(&tools, &DescriptionTools::openRequested, this, [this](const QString &file) { open(file); });
+    tools.generateFromMenu(m_preferences.workingDir, m_document ? &m_document->model() : nullptr);
+}
+
+void MainWindow::completeSvdFile()
+{
+    DescriptionTools(this).completeFromMenu(m_preferences.workingDir);
 }
 
 void MainWindow::signFile()

@@ -121,6 +121,10 @@ public slots:
     void exportHeaderFiles();
     void exportHeaderFiles(bool writeAll);
     void signFile();
+    // Tools for description authors (tooling/DescriptionTools).
+    void validateDefines();
+    void generateXMLFromSVD();
+    void completeSvdFile();
     // The form against a saved configuration, without changing anything.
     void showDifferences();
     void showDifferences(const QString &fileName);

@@ -1,4 +1,5 @@
 #include "shell/WindowScriptHost.h"
+#include "tooling/XmlGenerator.h"
 
 #include "device/DataTasks.h"
 
@@ -201,4 +202,10 @@ void WindowScriptHost::setStickCheckMode(quint16 mode)
 quint8 WindowScriptHost::sendTask(const QString &fileName, quint8 task, quint16 arg2, quint8 arg3, quint16 arg4)
 {
     return m_window.dataTasks().sendTask(fileName, task, arg2, arg3, arg4);
+}
+
+bool WindowScriptHost::generateXmlFromSvd(const QString &svdPath, bool tree)
+{
+    XmlGenerator generator(m_window.document() ? &m_window.document()->model() : nullptr);
+    return generator.generateXMLFromSVD(svdPath, tree);
 }

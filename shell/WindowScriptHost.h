@@ -42,6 +42,7 @@ public:
     bool isFullScreenMode() const override;
     void exitWithCode(int closeMode, int exitCode) override;
     bool exitRequested() const override;
+    bool generateXmlFromSvd(const QString &svdPath, bool tree) override;
 
 private:
     MainWindow &m_window;
