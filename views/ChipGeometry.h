@@ -46,9 +46,9 @@ public:
     // White on dark colours, black on light ones.
     static QColor textColorFor(const QColor &background);
 
-    static const int kBoxMargin = 18;
-    static const int kHorizontalBoxHeight = 14;
-    static const int kRotatedBoxHeight = 16;
+    static constexpr int kBoxMargin = 18;
+    static constexpr int kHorizontalBoxHeight = 14;
+    static constexpr int kRotatedBoxHeight = 16;
 
 private:
     QRectF m_bounds;

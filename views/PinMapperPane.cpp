@@ -56,11 +56,16 @@ PinMapperPane::PinMapperPane(std::shared_ptr<PinMappingDocument> document, QWidg
     connect(m_details, SIGNAL(clicked()), host, SLOT(showDetails()));
     connect(m_export, SIGNAL(clicked()), host, SLOT(exportMapping()));
 
-    auto *find = new QShortcut(QKeySequence::Find, host);
-    connect(find, &QShortcut::activated, this, [] {
-        if (MainWindow *window = MainWindow::instance())
-            QMetaObject::invokeMethod(window, "searchForGUIElement");
-    });
+    // In a window of its own the Find key searches the form as in the main
+    // window; embedded, the main window's own shortcut already does (a
+    // second one would make the key ambiguous).
+    if (host->isWindow()) {
+        auto *find = new QShortcut(QKeySequence::Find, host);
+        connect(find, &QShortcut::activated, this, [] {
+            if (MainWindow *window = MainWindow::instance())
+                QMetaObject::invokeMethod(window, "searchForGUIElement");
+        });
+    }
 
     m_timer = new QTimer(this);
     m_timer->setSingleShot(true);

@@ -22,7 +22,7 @@ public:
     PinMapperPane(std::shared_ptr<PinMappingDocument> document, QWidget *host);
 
     // Time between two looks at the form, in milliseconds.
-    static const int kRefreshInterval = 500;
+    static constexpr int kRefreshInterval = 500;
 
     QGraphicsScene *scene() const { return m_scene; }
     QPostMappingGraphicsView *view() const { return m_view; }

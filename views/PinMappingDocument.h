@@ -69,9 +69,9 @@ class PinMappingDocument
 {
 public:
     // Limits that keep the drawing bounded whatever the file says.
-    static const quint32 kMinChipSize = 420;
-    static const quint32 kMaxChipSize = 20000;
-    static const quint32 kMaxBoxSize = 2000;
+    static constexpr quint32 kMinChipSize = 420;
+    static constexpr quint32 kMaxChipSize = 20000;
+    static constexpr quint32 kMaxBoxSize = 2000;
 
     void clear();
 

@@ -84,12 +84,24 @@ void QGraphicsChipItem::paint(QPainter *painter, const QStyleOptionGraphicsItem 
     const ChipGeometry geometry(doc);
     const QFontMetricsF metrics(painter->font());
     QRectF extent = geometry.bounds();
+    // However many functions a file stacks on a pin, painting stays within
+    // a chip's size around the chip.
+    const QRectF limit = geometry.bounds().adjusted(-geometry.bounds().width(), -geometry.bounds().height(),
+                                                    geometry.bounds().width(), geometry.bounds().height());
 
     painter->setPen(QPen(Qt::black, 1));
     painter->setBrush(doc.chipColor);
     painter->drawRect(geometry.body());
     painter->setPen(Qt::black);
-    painter->drawText(geometry.body(), Qt::AlignCenter | Qt::TextWordWrap, doc.name);
+    {
+        // The name is the chip's marking: large, in proportion to the body.
+        const QFont pinFont = painter->font();
+        QFont nameFont = pinFont;
+        nameFont.setPixelSize(qBound(10, int(geometry.body().height() / 18), 400));
+        painter->setFont(nameFont);
+        painter->drawText(geometry.body(), Qt::AlignCenter | Qt::TextWordWrap, doc.name);
+        painter->setFont(pinFont);
+    }
 
     for (Pin &pin : doc.pins) {
         pin.mappedCount = 0;
@@ -99,6 +111,11 @@ void QGraphicsChipItem::paint(QPainter *painter, const QStyleOptionGraphicsItem 
         }
         const QString label = ChipGeometry::pinLabel(pin);
         pin.rect = geometry.pinBox(pin, metrics.horizontalAdvance(label));
+        // An index beyond its side would put the pin anywhere: not drawn.
+        if (!limit.contains(pin.rect)) {
+            pin.rect = QRectF();
+            continue;
+        }
         painter->setPen(QPen(Qt::black, 1));
         painter->setBrush(pin.color);
         painter->drawRect(pin.rect);
@@ -111,7 +128,7 @@ void QGraphicsChipItem::paint(QPainter *painter, const QStyleOptionGraphicsItem 
     for (const PinMappingState::Placement &p : state.placements()) {
         Pin &pin = doc.pins[p.pin];
         ++pin.mappedCount;
-        if (!ChipGeometry::isDrawn(pin))
+        if (pin.rect.isNull())
             continue;
         const MapEntry &entry = doc.entries.at(p.entry);
         const QString text = entry.shownName();
@@ -120,6 +137,8 @@ void QGraphicsChipItem::paint(QPainter *painter, const QStyleOptionGraphicsItem 
         // Where the previous box (or the pin) ends: the arrow spans the gap.
         const QRectF previous = geometry.functionBox(pin, pin.rect, used[p.pin] - geometry.arrowSize(), 0);
         used[p.pin] += geometry.advance(length);
+        if (!limit.contains(box))
+            continue;
 
         painter->setPen(QPen(entry.color.darker(150), 1));
         const QPointF near = innerEdge(previous, pin.quadrant);

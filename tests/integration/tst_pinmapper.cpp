@@ -180,7 +180,7 @@ private slots:
 
         m_form.sink->clear();
         QVERIFY(m_form.window->execScriptLine(QStringLiteral("SHOWPINMAPPER"), 1));
-        QVERIFY(!m_form.sink->contains(QStringLiteral("not available")));
+        QVERIFY2(!m_form.sink->contains(QStringLiteral("not available")), qPrintable(m_form.sink->console.join('\n')));
         QVERIFY(m_form.window->execScriptLine(QStringLiteral("SELECTDATA(catalog.xml)"), 2));
         QVERIFY(!m_form.sink->contains(QStringLiteral("not available")));
         // Quiet windows don't wait for a choice.

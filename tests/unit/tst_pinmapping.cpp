@@ -99,6 +99,7 @@ private slots:
     void toolTip();
     void paintingStoresHitBoxes();
     void wheelZoomIsBounded();
+    void hugeNumbersStayBounded();
 
 private:
     void fillForm(DocumentTables &tables, QWidget &owner, qint64 txPin, qint64 dir, qint64 ledOn);
@@ -601,6 +602,42 @@ void TestPinMapping::wheelZoomIsBounded()
     QCOMPARE(view.currentScale(), QPostMappingGraphicsView::kMaxScale);
     view.zoomBy(-100000);
     QCOMPARE(view.currentScale(), QPostMappingGraphicsView::kMinScale);
+}
+
+void TestPinMapping::hugeNumbersStayBounded()
+{
+    RecordingSink sink;
+    QByteArray text = "<pinmapping><chipsize len=\"999999999\"/><pinsize len=\"4000000000\"/><arrowsize len=\"70000\"/>"
+                      "<geometry><pin nr=\"1\" pinname=\"FAR\" quadrant=\"0\" index=\"65535\"/>"
+                      "<pin nr=\"2\" pinname=\"NEAR\" quadrant=\"2\" index=\"0\"/></geometry><mapping>";
+    QByteArray conds = "<mapconditions>";
+    for (int i = 0; i < 500; ++i) {
+        text += QStringLiteral("<mapentry pinname=\"%1\" function=\"F%2\"/>").arg(i % 2 ? "FAR" : "NEAR").arg(i).toUtf8();
+        conds += QStringLiteral("<mapcondentry cond=\"\" function=\"F%1\"/>").arg(i).toUtf8();
+    }
+    text += "</mapping>" + conds + "</mapconditions></pinmapping>";
+    auto doc = std::make_shared<PinMappingDocument>();
+    QVERIFY(readText(text, *doc));
+    QCOMPARE(doc->chipSize, PinMappingDocument::kMaxChipSize);
+    QCOMPARE(doc->pinSize, PinMappingDocument::kMaxBoxSize);
+    QCOMPARE(doc->arrowSize, PinMappingDocument::kMaxBoxSize);
+
+    QGraphicsScene scene;
+    auto *chip = new QGraphicsChipItem(doc);
+    scene.addItem(chip);
+    QImage image(200, 200, QImage::Format_ARGB32);
+    QPainter painter(&image);
+    scene.render(&painter);
+    painter.end();
+    const qreal size = PinMappingDocument::kMaxChipSize;
+    const QRectF limit(-size, -size, 3 * size, 3 * size);
+    QVERIFY(limit.contains(chip->boundingRect()));
+    // The pin far beyond its side is not drawn and can't be hit; its
+    // functions still count.
+    QVERIFY(doc->pins.at(0).rect.isNull());
+    QCOMPARE(doc->pins.at(0).mappedCount, quint16(250));
+    QCOMPARE(doc->pins.at(1).mappedCount, quint16(250));
+    QVERIFY(!doc->pins.at(1).rect.isNull());
 }
 
 QTEST_MAIN(TestPinMapping)
