@@ -183,6 +183,23 @@ bool ScriptCommands::run(int code)
     case Clear: m_host.clearConsole(); return true;
     case ShowConsole: m_host.showConsole(pTrimmed(0).toInt() != 0); return true;
     case ResetGui: m_host.resetForm(); return true;
+    case ShowPinMapper: case SelectData: {
+        // The window owns the mapping and the parameter map; a host
+        // without these slots (a bare test host) has no such views.
+        QObject *window = m_host.hostWindow();
+        const bool show = code == ShowPinMapper;
+        const QByteArray signature = show ? "showPortMapping()" : "selectData(QString)";
+        if (!window || window->metaObject()->indexOfMethod(signature) < 0) {
+            notAvailable();
+            return true;
+        }
+        if (show)
+            QMetaObject::invokeMethod(window, "showPortMapping");
+        else
+            QMetaObject::invokeMethod(window, "selectData",
+                                      Q_ARG(QString, QDir(m_host.workingDir()).absoluteFilePath(p(0))));
+        return true;
+    }
     case SetDef: m_host.applySetDef(p(0)); return true;
     case SetChecked: return setNarrow(QStringLiteral("setChecked"));
     case SetValue: return setNarrow(QStringLiteral("setValue"));

@@ -20,6 +20,9 @@
 #include "reader/StartCondition.h"
 #include "reader/ToolTipConfig.h"
 #include "reader/VersionCheck.h"
+#include "config/ParameterMap.h"
+#include "views/PinMappingDocument.h"
+#include "views/PinMappingReader.h"
 #include "shell/AppVersion.h"
 #include "shell/Console.h"
 
@@ -291,14 +294,26 @@ bool DescriptionReader::readFileElement(const QString &kind)
             xmlMessage(QStringLiteral("SVD file is missing."), QString(), true);
     } else if (kind == QLatin1String("parametermap")) {
         m_state.parameterMapFile = file;
-        if (!existsInFolder(file))
+        const QString found = findFile(file);
+        if (found.isEmpty()) {
             xmlMessage(QStringLiteral("Parametermap file \"%1\"is missing.").arg(file), QString(), true);
+        } else {
+            m_state.parameterMap = std::make_shared<ParameterMap>();
+            m_state.parameterMap->readFile(found);
+        }
     } else if (kind == QLatin1String("pinmapping")) {
         const QString cond = a.value(QLatin1String("startcond")).toString();
         if (cond.isEmpty() || StartCondition::holds(cond, m_options.defines)) {
             m_state.pinMappingFile = file;
-            if (!existsInFolder(file))
+            if (!existsInFolder(file)) {
                 xmlMessage(QStringLiteral("Pinmapping file is missing."), QString(), true);
+            } else {
+                auto mapping = std::make_shared<PinMappingDocument>();
+                mapping->descriptionFolder = m_folder;
+                mapping->model = m_options.model;
+                PinMappingReader::readFile(QDir(m_folder).filePath(file), *mapping);
+                m_state.pinMapping = mapping;
+            }
         }
     } else if (kind == QLatin1String("elf")) {
         m_state.elfFile = file;

@@ -1,6 +1,10 @@
 #pragma once
 #include <QString>
 #include <QtGlobal>
+#include <memory>
+
+class PinMappingDocument;
+class ParameterMap;
 
 // What a description says at its root level, beside its form: the files it
 // names, its version, its link settings. The reader fills a fresh copy and
@@ -34,4 +38,10 @@ struct DocumentState
     bool loadSaveAllowed = true;
     bool usesStick = false;
     bool usesPython = false;
+    // The pin mapping file's content (shared with the mapper views) and
+    // whether the form holds its one embedded mapper.
+    std::shared_ptr<PinMappingDocument> pinMapping;
+    bool pinMapperPlaced = false;
+    // The parameter map for catalogs.
+    std::shared_ptr<ParameterMap> parameterMap;
 };

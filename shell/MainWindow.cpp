@@ -69,6 +69,9 @@
 #include <algorithm>
 #include <QRegularExpression>
 #include <QUrl>
+#include "config/ParameterMap.h"
+#include "views/PortMappingDialog.h"
+#include "views/SelectFromCatalogDialog.h"
 
 namespace {
 
@@ -936,6 +939,20 @@ void MainWindow::showLocks()
     auto *dialog = new LockDialog(m_document->locks().graph(), this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->show();
+}
+
+void MainWindow::showPortMapping()
+{
+    if (m_ini.enableShowPortMapping != 0)
+        PortMappingDialog::open(m_document->state().pinMapping, this);
+    else
+        consolePrint(tr("Port mapping is switched off (enableshowportmapping in settings.ini).<br>"));
+}
+
+void MainWindow::selectData(const QString &catalogPath)
+{
+    const auto map = m_document->state().parameterMap;
+    SelectFromCatalogDialog::run(catalogPath, map ? map->parameters : QList<Parameter>(), &m_document->tables(), this);
 }
 
 int MainWindow::conflictCount() const

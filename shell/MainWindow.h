@@ -202,6 +202,10 @@ public slots:
     void on_sendLock(const QString &lock);
     void on_sendUnlock(const QString &lock);
     void showLocks();
+    // The chip drawing in a window of its own (menu and SHOWPINMAPPER), and
+    // a catalog record picked into the form (SELECTDATA).
+    void showPortMapping();
+    void selectData(const QString &catalogPath);
 
 public:
     // Waiting lock sources plus labels out of range; header export refuses

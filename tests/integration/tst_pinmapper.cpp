@@ -1,0 +1,195 @@
+#include <QtTest>
+
+#include "FormWindow.h"
+#include "QuillonRun.h"
+#include "RecordingSink.h"
+#include "elements/ActiveElement.h"
+#include "shell/Document.h"
+#include "shell/MainWindow.h"
+#include "config/ParameterMap.h"
+#include "views/PinMapperPane.h"
+#include "views/PinMapping.h"
+#include "views/PinMappingDocument.h"
+#include "views/PinMappingExport.h"
+#include "views/PortMappingDetailsDialog.h"
+#include "views/PortMappingDialog.h"
+#include "views/QGraphicsChipItem.h"
+
+#include <QCheckBox>
+#include <QGraphicsScene>
+#include <QPushButton>
+#include <QStandardItemModel>
+#include <QTimer>
+
+namespace {
+
+const QByteArray kPins = R"(<?xml version="1.0"?>
+<pinmapping>
+  <name>MINI</name>
+  <chipsize len="600"/>
+  <geometry>
+    <pin nr="1" pinname="PA0" quadrant="0" index="0" color="0;0;0"/>
+    <pin nr="2" pinname="PA1" quadrant="1" index="0"/>
+    <pin nr="3" pinname="PA2" quadrant="2" index="0"/>
+  </geometry>
+  <mapping>
+    <mapentry pinname="PA0" direction="O" function="TX" dispname="Serial TX" link="P.R.MODE"/>
+    <mapentry pinname="PA0" direction="I" function="GPIO_IN"/>
+    <mapentry pinname="PA2" direction="I" function="RX"/>
+  </mapping>
+  <mapconditions>
+    <mapcondentry cond="P.R.MODE==1" function="TX"/>
+    <mapcondentry cond="P.R.MODE==0" function="GPIO_IN"/>
+    <mapcondentry cond="P.R.EN==1" function="RX"/>
+  </mapconditions>
+</pinmapping>
+)";
+
+const QByteArray kParameters = R"(<parameters>
+  <parameter Nr="1" ID="Mode" VarName="P.R.MODE" Text="Mode" type="ul32" Filter="1" DisplayMask="1"/>
+  <parameter Nr="2" ID="Name" VarName="NAME_LABEL" Text="Name" DisplayMask="1"/>
+</parameters>
+)";
+
+const QByteArray kForm = R"(<verticalcontainer>
+ <combo define="P.R.MODE" default="0">
+  <item label="Idle" value="0" override="0"/>
+  <item label="Run" value="1" override="1"/>
+  <item label="Sleep" value="2" override="2"/>
+ </combo>
+ <checkbox define="P.R.EN" label="Enable"/>
+ <text define="NAME_LABEL" label="-"/>
+ <pinmapper define="MAPPER"/>
+ <pinmapper define="SECOND"/>
+ <pinmapper/>
+</verticalcontainer>
+)";
+
+const QByteArray kFields =
+    "<field><name>MODE</name><lsb>0</lsb><msb>1</msb><enumeratedValues>\n"
+    "<enumeratedValue><name>IDLE</name><value>0</value></enumeratedValue>\n"
+    "<enumeratedValue><name>RUN</name><value>1</value></enumeratedValue>\n"
+    "</enumeratedValues></field>\n"
+    "<field><name>EN</name><lsb>4</lsb><msb>4</msb></field>\n";
+
+} // namespace
+
+// The pin mapper and the catalog on a real form: read with the
+// description, live with its values, refused where the description breaks
+// the rules.
+class TestPinMapper : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(writeTextFile(m_form.dir.filePath(QStringLiteral("pins.xml")), kPins));
+        QVERIFY(writeTextFile(m_form.dir.filePath(QStringLiteral("params.xml")), kParameters));
+        QVERIFY(m_form.write(miniSvd(kFields), kForm,
+                             "<pinmapping file=\"pins.xml\"/>\n<parametermap file=\"params.xml\"/>\n"));
+    }
+
+    void init() { QVERIFY(m_form.open(true)); }
+    void cleanup() { m_form.close(); }
+
+    void oneMapperWithADefine()
+    {
+        const QString all = m_form.openMessages.join(QLatin1Char('\n'));
+        QVERIFY2(all.contains(QStringLiteral("Only one pinmapper per XML allowed: ")), qPrintable(all));
+        QVERIFY(all.contains(QStringLiteral(">SECOND</a>")));
+        QVERIFY(all.contains(QStringLiteral("pinmapper without define is not allowed: ")));
+        const QList<PinMapping *> mappers = m_form.window->findChildren<PinMapping *>();
+        QCOMPARE(mappers.size(), 1);
+        QCOMPARE(mappers.first()->objectName(), QStringLiteral("MAPPER"));
+        const auto mapping = m_form.window->document()->state().pinMapping;
+        QVERIFY(mapping);
+        QCOMPARE(mapping->pins.size(), 3);
+        QCOMPARE(mapping->name, QStringLiteral("MINI"));
+        const auto params = m_form.window->document()->state().parameterMap;
+        QVERIFY(params);
+        QCOMPARE(params->parameters.size(), 2);
+    }
+
+    void followsTheFormOnTheTimer()
+    {
+        PinMapping *mapper = m_form.window->findChild<PinMapping *>();
+        QVERIFY(mapper);
+        PinMapperPane *pane = mapper->pane();
+        QCOMPARE(pane->detailsButton()->text(), QStringLiteral("&Details..."));
+        QCOMPARE(pane->exportButton()->text(), QStringLiteral("&Export..."));
+        QVERIFY(pane->timer()->isSingleShot());
+        const auto mapping = pane->document();
+        QCOMPARE(PinMappingExport::csvText(*mapping), QStringLiteral("PA0;GPIO_IN;\nPA1;\nPA2;\n"));
+
+        // The first look paints; an idle form causes no second paint.
+        const int before = pane->repaintCount();
+        pane->refresh();
+        pane->refresh();
+        QCOMPARE(pane->repaintCount(), before + (before == 0 ? 1 : 0));
+        const int settled = pane->repaintCount();
+        QVERIFY(pane->timer()->isActive());
+
+        ActiveElement *mode = m_form.tables().element(QStringLiteral("P.R.MODE"));
+        QVERIFY(mode->setValue(QStringLiteral("1"), 0));
+        QTRY_VERIFY_WITH_TIMEOUT(pane->repaintCount() > settled, 3000);
+        QCOMPARE(PinMappingExport::csvText(*mapping), QStringLiteral("PA0;Serial TX;\nPA1;\nPA2;\n"));
+        // Painted on screen: the pin holds one function now.
+        QTRY_COMPARE(mapping->pins.at(0).mappedCount, quint16(1));
+    }
+
+    void detailsDialog()
+    {
+        PinMapping *mapper = m_form.window->findChild<PinMapping *>();
+        ActiveElement *mode = m_form.tables().element(QStringLiteral("P.R.MODE"));
+        QVERIFY(mode->setValue(QStringLiteral("1"), 0));
+        PortMappingDetailsDialog dialog(mapper->pane()->document());
+        QCOMPARE(dialog.windowTitle(), QStringLiteral("Portmapping Details"));
+        QStandardItemModel *model = dialog.model();
+        QCOMPARE(model->columnCount(), 4);
+        QCOMPARE(model->horizontalHeaderItem(3)->text(), QStringLiteral("Explanation"));
+        // PA0, TX, its condition, GPIO_IN, its condition, PA1, PA2, RX, its condition.
+        QCOMPARE(model->rowCount(), 9);
+        QCOMPARE(model->item(1, 1)->text(), QStringLiteral("TX"));
+        QVERIFY(model->item(1, 1)->font().bold());
+        QVERIFY(model->item(2, 2)->font().bold());
+        QVERIFY(!model->item(4, 2)->font().bold());
+        QCOMPARE(model->item(2, 3)->text(), QStringLiteral("Set P.R.MODE to \"RUN\""));
+        QCOMPARE(model->item(0, 0)->foreground().color(), QColor(Qt::white));
+
+        dialog.connectedOnly()->setChecked(true);
+        dialog.on_CheckboxClicked();
+        QCOMPARE(model->rowCount(), 5);
+
+        // A double click goes to the element.
+        dialog.on_doubleClicked(model->index(2, 2));
+        QCOMPARE(dialog.defineOfRow(2), QStringLiteral("P.R.MODE"));
+    }
+
+    void portMappingWindowAndScript()
+    {
+        auto mapping = m_form.window->document()->state().pinMapping;
+        PortMappingDialog *dialog = PortMappingDialog::open(mapping, m_form.window);
+        QVERIFY(dialog);
+        QCOMPARE(dialog->windowTitle(), QStringLiteral("Port mapping"));
+        QVERIFY(dialog->pane()->scene()->items().size() >= 3);
+        dialog->close();
+
+        // An empty mapping opens nothing and says so.
+        QVERIFY(!PortMappingDialog::open(std::make_shared<PinMappingDocument>(), m_form.window));
+        QVERIFY(m_form.sink->contains(QStringLiteral("names no pin mapping")));
+
+        m_form.sink->clear();
+        QVERIFY(m_form.window->execScriptLine(QStringLiteral("SHOWPINMAPPER"), 1));
+        QVERIFY2(!m_form.sink->contains(QStringLiteral("not available")), qPrintable(m_form.sink->console.join('\n')));
+        QVERIFY(m_form.window->execScriptLine(QStringLiteral("SELECTDATA(catalog.xml)"), 2));
+        QVERIFY(!m_form.sink->contains(QStringLiteral("not available")));
+        // Quiet windows don't wait for a choice.
+        QVERIFY(m_form.sink->contains(QStringLiteral("counts as cancelled")));
+    }
+
+private:
+    FormWindow m_form;
+};
+
+QTEST_MAIN(TestPinMapper)
+#include "tst_pinmapper.moc"
