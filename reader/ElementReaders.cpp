@@ -3,6 +3,7 @@
 #include "reader/CommunicationReader.h"
 #include "reader/DescriptionReader.h"
 #include "reader/DisplayElementReaders.h"
+#include "reader/PlotReader.h"
 #include "reader/ValueElementReaders.h"
 #include "reader/VarReader.h"
 
@@ -12,4 +13,5 @@ void ElementReaders::install(DescriptionReader &reader)
     DisplayElementReaders::install(reader);
     VarReader::install(reader);
     CommunicationReader::install(reader);
+    PlotReader::install(reader);
 }

@@ -67,6 +67,8 @@
 #include <algorithm>
 #include <QRegularExpression>
 #include <QUrl>
+#include "views/GaugeFeed.h"
+#include "device/TargetAccess.h"
 
 namespace {
 
@@ -118,6 +120,7 @@ MainWindow::MainWindow(const StartOptions &options, QWidget *parent)
     m_document = new Document(this, this);
     connectConflictSources();
     m_traffic = new DataTasks(m_document->tables(), this);
+    m_targetAccess = new TargetAccess(this);
     m_traffic->setDefaultLogging(m_preferences.tavLoggingMode, m_preferences.tavLoggingTimeStamps,
                                  m_preferences.tavLoggingFilename);
     m_firmware = new StickFirmware(*m_traffic, this, this);
@@ -239,6 +242,21 @@ void MainWindow::on_updateSvgImage()
 void MainWindow::on_updateLog()
 {
     DisplayRefresh::logs(&m_document->tables(), DisplayRefresh::senderDefine(signalSender()));
+}
+
+void MainWindow::on_updateCurve()
+{
+    GaugeFeed::curves(&m_document->tables(), signalSender());
+}
+
+void MainWindow::on_updateDial()
+{
+    GaugeFeed::dials(&m_document->tables(), signalSender());
+}
+
+void MainWindow::on_updateThermo()
+{
+    GaugeFeed::thermos(&m_document->tables(), signalSender());
 }
 
 ActiveElement *MainWindow::element(const QString &name)
@@ -406,7 +424,7 @@ void MainWindow::setDocumentActionsEnabled(bool enabled)
 
 void MainWindow::stopWorkers()
 {
-    // The J-Link worker joins here once it exists.
+    m_targetAccess->stop();
     m_traffic->stopPolling();
 }
 
@@ -600,6 +618,7 @@ void MainWindow::startUp(bool afterLoad)
     if (m_ini.checkFwVersionOnLoad && m_traffic->usesStick)
         checkFirmwareVersion(true);
     setWindowModified(false);
+    m_targetAccess->open(m_document->tables());
     m_traffic->startPolling();
     QApplication::restoreOverrideCursor();
 }

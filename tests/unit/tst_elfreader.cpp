@@ -1,0 +1,260 @@
+#include <QtTest>
+
+#include "QuillonRun.h"
+#include "RecordingSink.h"
+#include "device/CLog.h"
+#include "device/ELFReader.h"
+#include "device/TargetVariable.h"
+#include "elements/DataClass.h"
+#include "elements/DocumentTables.h"
+#include "reader/DescriptionReader.h"
+
+#include <QProcess>
+#include <QTemporaryDir>
+
+// The ELF reader on firmware compiled by the build, checked against nm,
+// and the `elf` and `var` elements that use it.
+class TestElfReader : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(QFileInfo::exists(QStringLiteral(QUILLON_TEST_FIRMWARE)));
+        // nm's view of the same file: name -> (address, size).
+        QProcess nm;
+        nm.start(QStringLiteral("nm"), {QStringLiteral("-S"), QStringLiteral(QUILLON_TEST_FIRMWARE)});
+        QVERIFY(nm.waitForFinished(20000));
+        const QStringList lines = QString::fromLocal8Bit(nm.readAllStandardOutput()).split(QLatin1Char('\n'));
+        for (const QString &line : lines) {
+            const QStringList f = line.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+            if (f.size() == 4)
+                m_nm.insert(f.at(3), {f.at(0).toULongLong(nullptr, 16), f.at(1).toULongLong(nullptr, 16)});
+        }
+        QVERIFY(m_nm.contains(QStringLiteral("counter")));
+    }
+
+    void init() { m_sink = new RecordingSink; }
+    void cleanup()
+    {
+        delete m_root;
+        m_root = nullptr;
+        delete m_reader;
+        m_reader = nullptr;
+        delete m_tables;
+        m_tables = nullptr;
+        delete m_sink;
+    }
+
+    void symbolsMatchNm_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<int>("size");
+        QTest::newRow("word") << "counter" << 4;
+        QTest::newRow("half word") << "speed" << 2;
+        QTest::newRow("byte") << "mode" << 1;
+        QTest::newRow("float") << "temperature" << 4;
+        QTest::newRow("array") << "samples" << 8;
+        QTest::newRow("zeroed array") << "table" << 256;
+        QTest::newRow("file-local") << "hidden_state" << 4;
+    }
+
+    void symbolsMatchNm()
+    {
+        QFETCH(QString, name);
+        QFETCH(int, size);
+        ELFReader reader;
+        QCOMPARE(reader.Read(QUILLON_TEST_FIRMWARE, ELFReader::Symbols), 0);
+        unsigned long address = 0;
+        unsigned long length = 0;
+        QCOMPARE(reader.GetAddress(name.toLatin1().constData(), &address, &length), 0);
+        QCOMPARE(quint64(length), quint64(size));
+        QVERIFY(m_nm.contains(name));
+        QCOMPARE(quint64(address), m_nm.value(name).first);
+        QCOMPARE(quint64(length), m_nm.value(name).second);
+        // The data sits in target RAM, as the firmware's link placed it.
+        QVERIFY(address >= 0x20000000ul);
+    }
+
+    void failures_data()
+    {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<int>("readCode");
+        QTest::addColumn<int>("lookupCode");
+        QTest::newRow("missing file") << "missing" << int(CLog::FileNotFound) << int(CLog::NoFileLoaded);
+        QTest::newRow("not ELF") << "text" << int(CLog::NotElf) << int(CLog::NoFileLoaded);
+        QTest::newRow("empty") << "empty" << int(CLog::NotElf) << int(CLog::NoFileLoaded);
+        QTest::newRow("header only") << "header" << int(CLog::Truncated) << int(CLog::NoFileLoaded);
+        QTest::newRow("cut in half") << "half" << int(CLog::Truncated) << int(CLog::NoFileLoaded);
+        QTest::newRow("stripped") << "stripped" << int(CLog::NoSymbolTable) << int(CLog::NoFileLoaded);
+        QTest::newRow("symbol missing") << "good" << 0 << int(CLog::SymbolNotFound);
+        QTest::newRow("folder") << "folder" << int(CLog::FileUnreadable) << int(CLog::NoFileLoaded);
+    }
+
+    void failures()
+    {
+        QFETCH(QString, kind);
+        QFETCH(int, readCode);
+        QFETCH(int, lookupCode);
+        QTemporaryDir dir;
+        const QByteArray firmware = readBytes(QStringLiteral(QUILLON_TEST_FIRMWARE));
+        QString path = dir.filePath(QStringLiteral("fw.elf"));
+        if (kind == QLatin1String("text"))
+            writeTextFile(path, "int main() { return 0; }\n");
+        else if (kind == QLatin1String("empty"))
+            writeTextFile(path, QByteArray());
+        else if (kind == QLatin1String("header"))
+            writeTextFile(path, firmware.left(64));
+        else if (kind == QLatin1String("half"))
+            writeTextFile(path, firmware.left(firmware.size() / 2));
+        else if (kind == QLatin1String("stripped"))
+            path = QStringLiteral(QUILLON_TEST_FIRMWARE_STRIPPED);
+        else if (kind == QLatin1String("good"))
+            path = QStringLiteral(QUILLON_TEST_FIRMWARE);
+        else if (kind == QLatin1String("folder"))
+            path = dir.path();
+        ELFReader reader;
+        QCOMPARE(reader.Read(path.toLocal8Bit().constData(), ELFReader::Symbols), readCode);
+        unsigned long address = 0xdead;
+        unsigned long size = 0xbeef;
+        QCOMPARE(reader.GetAddress("no_such_symbol", &address, &size), lookupCode);
+        QCOMPARE(address, 0xdeadul);
+        QCOMPARE(size, 0xbeeful);
+        // Every code has a text of its own.
+        QVERIFY(!CLog::ErrorCodeToString(readCode).isEmpty());
+        QVERIFY(CLog::ErrorCodeToString(lookupCode) != CLog::ErrorCodeToString(CLog::Ok));
+    }
+
+    // A failed read forgets the symbols of the file read before.
+    void rereadReplaces()
+    {
+        ELFReader reader;
+        QCOMPARE(reader.Read(QUILLON_TEST_FIRMWARE), 0);
+        QVERIFY(reader.symbolCount() >= 7);
+        QCOMPARE(reader.Read("/nonexistent/fw.elf"), int(CLog::FileNotFound));
+        QCOMPARE(reader.GetAddress("counter", nullptr, nullptr), int(CLog::NoFileLoaded));
+    }
+
+    // `symbol` replaces `address` and `size`; `interval` is read after it.
+    void varsBySymbol()
+    {
+        QVERIFY(read(QStringLiteral("<elf file=\"%1\"/>").arg(QStringLiteral(QUILLON_TEST_FIRMWARE)).toUtf8(),
+                     "<var define=\"c\" symbol=\"counter\" size=\"1\" address=\"0x10\" interval=\"50\"/>"
+                     "<var define=\"s\" symbol=\"samples\"/>"
+                     "<var define=\"gone\" symbol=\"no_such_symbol\" interval=\"10\"/>"
+                     "<var define=\"plain\" default=\"3\"/>"
+                     "<var define=\"fixed\" address=\"0x20000000\" size=\"4\"/>"));
+        TargetVariable *c = target("c");
+        QVERIFY(c);
+        QCOMPARE(quint64(c->address), m_nm.value("counter").first);
+        QCOMPARE(c->size, 4u);
+        QCOMPARE(c->interval, 50u);
+        QVERIFY(!c->valid);
+        TargetVariable *s = target("s");
+        QVERIFY(s);
+        QCOMPARE(s->size, 8u);
+        QCOMPARE(m_tables->dataValue("s")->buffer().size(), 8);
+        QVERIFY(s->valid);
+        // A symbol that is not there: the message, and no record.
+        QVERIFY(m_tables->dataValue("gone"));
+        QVERIFY(!target("gone"));
+        QVERIFY(m_sink->contains(QStringLiteral("Cannot find ELF symbol \"no_such_symbol\". Error: ")
+                                 + CLog::ErrorCodeToString(CLog::SymbolNotFound)));
+        QVERIFY(!target("plain"));
+        QVERIFY(target("fixed"));
+        QVERIFY(target("fixed")->valid);
+    }
+
+    void elfProblems_data()
+    {
+        QTest::addColumn<QByteArray>("head");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("missing file")
+            << QByteArray("<elf file=\"/nonexistent/fw.elf\"/>")
+            << QStringLiteral("Problem reading ELF file /nonexistent/fw.elf: %1.").arg(CLog::ErrorCodeToString(CLog::FileNotFound));
+        QTest::newRow("no symbol table")
+            << QByteArray("<elf file=\"" QUILLON_TEST_FIRMWARE_STRIPPED "\"/>")
+            << QStringLiteral("Problem reading ELF file %1: %2.")
+                   .arg(QStringLiteral(QUILLON_TEST_FIRMWARE_STRIPPED), CLog::ErrorCodeToString(CLog::NoSymbolTable));
+        QTest::newRow("no elf element")
+            << QByteArray()
+            << QStringLiteral("Cannot find ELF symbol \"counter\". Error: %1").arg(CLog::ErrorCodeToString(CLog::NoFileLoaded));
+    }
+
+    void elfProblems()
+    {
+        QFETCH(QByteArray, head);
+        QFETCH(QString, message);
+        QVERIFY(read(head, "<var define=\"c\" symbol=\"counter\"/>"));
+        QVERIFY2(m_sink->contains(message), qPrintable(m_sink->console.join('\n') + m_sink->errors.join('\n')));
+        QVERIFY(m_tables->dataValue("c"));
+        QVERIFY(!target("c"));
+    }
+
+    // Sizes that no variable has: bounded, and nothing read past a buffer.
+    void absurdSizes_data()
+    {
+        QTest::addColumn<QString>("size");
+        QTest::addColumn<bool>("record");
+        QTest::addColumn<int>("recordSize");
+        QTest::addColumn<int>("buffer");
+        QTest::newRow("zero") << "0" << false << 0 << 0;
+        QTest::newRow("five") << "5" << true << 5 << 5;
+        QTest::newRow("one gigabyte") << "0x40000000" << true << 0x10000 << 0x10000;
+        QTest::newRow("beyond 64 bits") << "99999999999999999999999" << false << 0 << 0;
+    }
+
+    void absurdSizes()
+    {
+        QFETCH(QString, size);
+        QFETCH(bool, record);
+        QFETCH(int, recordSize);
+        QFETCH(int, buffer);
+        QVERIFY(read(QByteArray(),
+                     QStringLiteral("<var define=\"v\" address=\"0x20000000\" size=\"%1\" interval=\"5\"/>").arg(size).toUtf8()));
+        QCOMPARE(target("v") != nullptr, record);
+        if (record)
+            QCOMPARE(int(target("v")->size), recordSize);
+        QCOMPARE(m_tables->dataValue("v")->buffer().size(), buffer);
+    }
+
+private:
+    static QByteArray readBytes(const QString &path)
+    {
+        QFile f(path);
+        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+    }
+
+    bool read(const QByteArray &head, const QByteArray &body)
+    {
+        m_tables = new DocumentTables;
+        const QByteArray text = descriptionText(head + "\t<verticalcontainer>\n" + body + "\n\t</verticalcontainer>", "2.5.0");
+        const QString file = m_dir.filePath(QStringLiteral("form.xml"));
+        writeTextFile(file, signedDescription(text));
+        QFile device(file);
+        if (!device.open(QIODevice::ReadOnly | QIODevice::Text))
+            return false;
+        ReaderOptions options;
+        m_reader = new DescriptionReader(*m_tables, options);
+        const bool ok = m_reader->read(&device, file);
+        m_root = m_reader->takeRootWidget();
+        return ok;
+    }
+
+    TargetVariable *target(const char *define) const
+    {
+        DataClass *d = m_tables->dataValue(QLatin1String(define));
+        return d ? d->target() : nullptr;
+    }
+
+    QTemporaryDir m_dir;
+    QHash<QString, QPair<quint64, quint64>> m_nm;
+    RecordingSink *m_sink = nullptr;
+    DocumentTables *m_tables = nullptr;
+    DescriptionReader *m_reader = nullptr;
+    QWidget *m_root = nullptr;
+};
+
+QTEST_MAIN(TestElfReader)
+#include "tst_elfreader.moc"
