@@ -18,6 +18,7 @@
 #include "elements/DataClass.h"
 #include "elements/DocumentTables.h"
 #include "shell/Dialogs.h"
+#include "shell/MainWindow.h"
 
 #include <QSignalSpy>
 #include <qwt_dial.h>
@@ -462,6 +463,29 @@ private slots:
         const long reads = m_probe->reads();
         QTest::qWait(60);
         QCOMPARE(m_probe->reads(), reads);
+    }
+
+    // The script command: marked files are flashed, others passed over, a
+    // failed download stops the script with its line.
+    void downloadCommand()
+    {
+        QVERIFY(m_probe->use(SimulatedProbe::Full));
+        FormWindow form;
+        QVERIFY(form.write(miniSvd(), "<verticalcontainer><text label=\"x\"/></verticalcontainer>"));
+        QVERIFY(form.open());
+        QTemporaryDir dir;
+        const QString hex = dir.filePath(QStringLiteral("fw.hex"));
+        QVERIFY(writeTextFile(hex, ":00000001FF\n"));
+        m_probe->clearLog();
+        QVERIFY(form.window->execScriptLine(QStringLiteral("Download(%1)").arg(hex), 1));
+        QCOMPARE(m_probe->log().mid(m_probe->log().size() - 3), (QStringList{"Reset", "Go", "Close"}));
+        m_probe->clearLog();
+        QVERIFY(form.window->execScriptLine(QStringLiteral("Download(%1)").arg(dir.filePath("fw.elf")), 2));
+        QVERIFY(m_probe->log().isEmpty());
+        form.sink->clear();
+        QVERIFY(!form.window->execScriptLine(QStringLiteral("Download(%1)").arg(dir.filePath("gone.hex")), 3));
+        QVERIFY(form.sink->contains(QStringLiteral("J-Link download failed: DOWNLOAD(")));
+        QVERIFY(!m_probe->log().contains("Go"));
     }
 
     // No library on the machine: one box, the form opens, values stay 0.
