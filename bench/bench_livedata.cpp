@@ -92,7 +92,10 @@ void benchPoll(int count)
             rounds.push_back(double(total) / 50.0);
     }
     const double pass = median(rounds);
-    std::printf("poll pass, %d variables: %.3f ms (%.2f us per variable)\n", count, pass / 1e6, pass / 1e3 / count);
+    auto reads = reinterpret_cast<long (*)()>(sim.resolve("SIMJLINK_Reads"));
+    std::printf("poll pass, %d variables: %.3f ms (%.3f us per variable; %ld reads reached the probe in %d passes, "
+                "last value %u)\n",
+                count, pass / 1e6, pass / 1e3 / count, reads(), 8 * 50, data.back()->value);
 }
 
 void benchPlot(bool oszi, int samples)
@@ -125,6 +128,27 @@ void benchPlot(bool oszi, int samples)
     std::printf("  paint of the full plot: %.2f ms\n", double(paint.nsecsElapsed()) / paints / 1e6);
 }
 
+// The store alone: the worst case is scrolling over the longest window.
+void benchStore(int samples)
+{
+    for (int length : {1000, FloatSeriesData::MaxLength}) {
+        std::vector<std::unique_ptr<FloatSeriesData>> series;
+        for (int c = 0; c < 8; ++c)
+            series.emplace_back(new FloatSeriesData(length, true, true));
+        std::printf("store only, 8 series, scrolling, window %d, ns per sample and block:", length);
+        const int perBlock = samples / 10;
+        for (int b = 0; b < 10; ++b) {
+            QElapsedTimer timer;
+            timer.start();
+            for (int i = 0; i < perBlock; ++i)
+                for (auto &s : series)
+                    s->append(float(i));
+            std::printf(" %.0f", double(timer.nsecsElapsed()) / perBlock);
+        }
+        std::printf("\n");
+    }
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -137,5 +161,6 @@ int main(int argc, char **argv)
     benchPoll(variables);
     benchPlot(false, samples);
     benchPlot(true, samples);
+    benchStore(samples);
     return 0;
 }
