@@ -21,18 +21,22 @@ class TestElfReader : public QObject
 private slots:
     void initTestCase()
     {
-        QVERIFY(QFileInfo::exists(QStringLiteral(QUILLON_TEST_FIRMWARE)));
-        // nm's view of the same file: name -> (address, size).
-        QProcess nm;
-        nm.start(QStringLiteral("nm"), {QStringLiteral("-S"), QStringLiteral(QUILLON_TEST_FIRMWARE)});
-        QVERIFY(nm.waitForFinished(20000));
-        const QStringList lines = QString::fromLocal8Bit(nm.readAllStandardOutput()).split(QLatin1Char('\n'));
-        for (const QString &line : lines) {
-            const QStringList f = line.split(QLatin1Char(' '), Qt::SkipEmptyParts);
-            if (f.size() == 4)
-                m_nm.insert(f.at(3), {f.at(0).toULongLong(nullptr, 16), f.at(1).toULongLong(nullptr, 16)});
+        for (const char *file : {QUILLON_TEST_FIRMWARE, QUILLON_TEST_FIRMWARE32}) {
+            QVERIFY(QFileInfo::exists(QLatin1String(file)));
+            // nm's view of the same file: name -> (address, size).
+            QProcess nm;
+            nm.start(QStringLiteral("nm"), {QStringLiteral("-S"), QLatin1String(file)});
+            QVERIFY(nm.waitForFinished(20000));
+            const QStringList lines = QString::fromLocal8Bit(nm.readAllStandardOutput()).split(QLatin1Char('\n'));
+            QHash<QString, QPair<quint64, quint64>> &symbols = m_nmOf[QLatin1String(file)];
+            for (const QString &line : lines) {
+                const QStringList f = line.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+                if (f.size() == 4)
+                    symbols.insert(f.at(3), {f.at(0).toULongLong(nullptr, 16), f.at(1).toULongLong(nullptr, 16)});
+            }
+            QVERIFY(symbols.contains(QStringLiteral("counter")));
         }
-        QVERIFY(m_nm.contains(QStringLiteral("counter")));
+        m_nm = m_nmOf.value(QStringLiteral(QUILLON_TEST_FIRMWARE));
     }
 
     void init() { m_sink = new RecordingSink; }
@@ -49,32 +53,38 @@ private slots:
 
     void symbolsMatchNm_data()
     {
+        QTest::addColumn<QString>("file");
         QTest::addColumn<QString>("name");
         QTest::addColumn<int>("size");
-        QTest::newRow("word") << "counter" << 4;
-        QTest::newRow("half word") << "speed" << 2;
-        QTest::newRow("byte") << "mode" << 1;
-        QTest::newRow("float") << "temperature" << 4;
-        QTest::newRow("array") << "samples" << 8;
-        QTest::newRow("zeroed array") << "table" << 256;
-        QTest::newRow("file-local") << "hidden_state" << 4;
+        const struct { const char *tag; const char *file; } files[] = {
+            {"64-bit program", QUILLON_TEST_FIRMWARE}, {"32-bit object", QUILLON_TEST_FIRMWARE32}};
+        const struct { const char *name; int size; } symbols[] = {
+            {"counter", 4}, {"speed", 2}, {"mode", 1}, {"temperature", 4},
+            {"samples", 8}, {"table", 256}, {"hidden_state", 4}};
+        for (const auto &f : files) {
+            for (const auto &s : symbols)
+                QTest::addRow("%s, %s", f.tag, s.name) << QString::fromLatin1(f.file) << QString::fromLatin1(s.name) << s.size;
+        }
     }
 
     void symbolsMatchNm()
     {
+        QFETCH(QString, file);
         QFETCH(QString, name);
         QFETCH(int, size);
         ELFReader reader;
-        QCOMPARE(reader.Read(QUILLON_TEST_FIRMWARE, ELFReader::Symbols), 0);
+        QCOMPARE(reader.Read(file.toLocal8Bit().constData(), ELFReader::Symbols), 0);
         unsigned long address = 0;
         unsigned long length = 0;
         QCOMPARE(reader.GetAddress(name.toLatin1().constData(), &address, &length), 0);
         QCOMPARE(quint64(length), quint64(size));
-        QVERIFY(m_nm.contains(name));
-        QCOMPARE(quint64(address), m_nm.value(name).first);
-        QCOMPARE(quint64(length), m_nm.value(name).second);
-        // The data sits in target RAM, as the firmware's link placed it.
-        QVERIFY(address >= 0x20000000ul);
+        const QHash<QString, QPair<quint64, quint64>> nm = m_nmOf.value(file);
+        QVERIFY(nm.contains(name));
+        QCOMPARE(quint64(address), nm.value(name).first);
+        QCOMPARE(quint64(length), nm.value(name).second);
+        // In the linked program the data sits in target RAM, as placed.
+        if (file == QLatin1String(QUILLON_TEST_FIRMWARE))
+            QVERIFY(address >= 0x20000000ul);
     }
 
     void failures_data()
@@ -219,6 +229,36 @@ private slots:
         QCOMPARE(m_tables->dataValue("v")->buffer().size(), buffer);
     }
 
+    // The bundled example's live data tab: its variables find their
+    // symbols in the firmware the build compiled beside it.
+    void exampleLiveData()
+    {
+        const QString folder = QuillonRun::buildDir() + QStringLiteral("/examples/nrf52840");
+        ELFReader firmware;
+        QCOMPARE(firmware.Read(QString(folder + "/live_data.elf").toLocal8Bit().constData()), 0);
+        m_tables = new DocumentTables;
+        QFile device(folder + QStringLiteral("/nrf52840_board.xml"));
+        QVERIFY(device.open(QIODevice::ReadOnly | QIODevice::Text));
+        ReaderOptions options;
+        m_reader = new DescriptionReader(*m_tables, options);
+        QVERIFY(m_reader->read(&device, device.fileName()));
+        m_root = m_reader->takeRootWidget();
+        QVERIFY2(m_sink->errors.isEmpty(), qPrintable(m_sink->errors.join('\n')));
+        QVERIFY2(m_sink->console.filter(QStringLiteral("XML Error")).isEmpty(), qPrintable(m_sink->console.join('\n')));
+        const struct { const char *define; const char *symbol; } vars[] = {
+            {"LIVE.ADC", "adc_raw"}, {"LIVE.FAN", "fan_speed"}, {"LIVE.TEMP", "board_temperature"},
+            {"LIVE.DUTY", "led_duty"}, {"LIVE.TRACE", "trace_buffer"}};
+        for (const auto &v : vars) {
+            unsigned long address = 0, size = 0;
+            QCOMPARE(firmware.GetAddress(v.symbol, &address, &size), 0);
+            TargetVariable *t = target(v.define);
+            QVERIFY2(t, v.define);
+            QCOMPARE(quint64(t->address), quint64(address));
+            QCOMPARE(quint64(t->size), quint64(size));
+        }
+        QCOMPARE(m_tables->dataValue("LIVE.TRACE")->buffer().size(), 16);
+    }
+
 private:
     static QByteArray readBytes(const QString &path)
     {
@@ -250,6 +290,7 @@ private:
 
     QTemporaryDir m_dir;
     QHash<QString, QPair<quint64, quint64>> m_nm;
+    QHash<QString, QHash<QString, QPair<quint64, quint64>>> m_nmOf;
     RecordingSink *m_sink = nullptr;
     DocumentTables *m_tables = nullptr;
     DescriptionReader *m_reader = nullptr;
