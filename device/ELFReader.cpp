@@ -46,8 +46,17 @@ int ELFReader::Read(const char *path, int range)
     QFile file(name);
     if (!file.open(QIODevice::ReadOnly))
         return CLog::FileUnreadable;
-    QByteArray bytes = file.readAll();
+    const QByteArray bytes = file.readAll();
     file.close();
+    return ReadBytes(bytes);
+}
+
+int ELFReader::ReadBytes(const QByteArray &input)
+{
+    m_symbols.clear();
+    m_loaded = false;
+    // libelf works on a writable image of its own.
+    QByteArray bytes = input;
     if (bytes.size() < 4 || !bytes.startsWith("\x7f" "ELF"))
         return CLog::NotElf;
 

@@ -16,6 +16,8 @@ public:
 
     // Reads the file and replaces the symbols of a former one. 0 or a code.
     int Read(const char *path, int range = Symbols);
+    // The same from the bytes of a file already in memory.
+    int ReadBytes(const QByteArray &bytes);
     // 0 and the symbol's address and size, or a code.
     int GetAddress(const char *name, unsigned long *address, unsigned long *size) const;
 
