@@ -15,13 +15,16 @@
 #include "device/SeggerThread.h"
 #include "device/TargetAccess.h"
 #include "device/TargetVariable.h"
+#include "elements/ActiveElement.h"
 #include "elements/DataClass.h"
 #include "elements/DocumentTables.h"
 #include "shell/Dialogs.h"
 #include "shell/MainWindow.h"
 
+#include <QSettings>
 #include <QSignalSpy>
 #include <qwt_dial.h>
+#include <qwt_thermo.h>
 #include <QTemporaryDir>
 
 #include <sys/resource.h>
@@ -131,6 +134,21 @@ private slots:
         JLinkApi::JLINKARM_Go();
         QCOMPARE(m_sink->console, QStringList{QStringLiteral("DLL function JLINKARM_Go(...) not found !<br>")});
         QCOMPARE(m_probe->log(), QStringList{"Connect"});
+    }
+
+    // A file of that name that is no library: the search goes on, and ends
+    // with the box.
+    void brokenLibrary()
+    {
+        QVERIFY(m_probe->use(SimulatedProbe::Missing));
+        QTemporaryDir dir;
+        QVERIFY(writeTextFile(dir.filePath(QStringLiteral("libjlinkarm.so")), "not a shared object\n"));
+        QSettings(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("SEGGER"), QStringLiteral("J-Link"))
+            .setValue(QStringLiteral("InstallPath"), dir.path());
+        JLinkApi::unload();
+        QCOMPARE(JLinkApi::JLINKARM_Connect(), 0);
+        QVERIFY(!JLinkApi::isLoaded());
+        QCOMPARE(m_sink->console, QStringList{QStringLiteral("Target DLL libjlinkarm.so not found !<br>")});
     }
 
     void connectSequence_data()
@@ -439,7 +457,9 @@ private slots:
                                       "<var define=\"C\" symbol=\"counter\" interval=\"10\"/>"
                                       "<var define=\"S\" symbol=\"speed\"/>"
                                       "<dial define=\"D\" min=\"0\" max=\"100000\" data=\"C\"/>"
-                                      "<plot define=\"P\" maxX=\"100\"><curve data=\"C\"/></plot>"
+                                      "<plot define=\"P\" maxX=\"100\"><curve data=\"C\"/><curve data=\"K\"/></plot>"
+                                      "<spinbox define=\"K\" svd=\"0\" range=\"0;1000\"/>"
+                                      "<thermo define=\"T\" data=\"K\"/>"
                                       "</verticalcontainer>",
                            "<elf file=\"" QUILLON_TEST_FIRMWARE "\"/>"));
         QVERIFY(form.open());
@@ -455,6 +475,11 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(dial->value(), 1234.0, 3000);
         QVERIFY(plot->series(0)->counter() >= 1);
         QCOMPARE(plot->series(0)->value(int(plot->series(0)->size()) - 1), 1234.0f);
+
+        // A value element feeds through the window's slots as well.
+        QVERIFY(form.tables().element("K")->setValue(QStringLiteral("77"), 0));
+        QCOMPARE(qobject_cast<QwtThermo *>(form.tables().thermos.value("T"))->value(), 77.0);
+        QCOMPARE(plot->series(1)->value(0), 77.0f);
 
         form.tables().dataValue("S")->setValue(321);
         QCOMPARE(m_probe->peek(quint32(speed), 2), QByteArray("\x41\x01", 2));
