@@ -1,4 +1,5 @@
 #include "automation/ScriptCommands.h"
+#include "device/JLinkDownload.h"
 
 #include "automation/ScriptHost.h"
 #include "automation/ScriptInterpreter.h"
@@ -769,14 +770,15 @@ bool ScriptCommands::openFileDialog()
 
 bool ScriptCommands::download()
 {
-    static const QStringList marked = {".hex", ".bin", ".mot", ".srec", ".s19", ".s"};
     const QString file = p(0);
-    const QString suffix = QLatin1Char('.') + QFileInfo(file).suffix().toLower();
-    if (!marked.contains(suffix))
+    const JLinkDownload::Result result = JLinkDownload::download(file);
+    if (result == JLinkDownload::Skipped || result == JLinkDownload::Done)
         return true;
-    // Without a probe library the access can't be prepared: the script stops.
-    consolePrint(QStringLiteral("<font color=\"red\"> <b>Script Error: </b></font><b>No J-Link access for DOWNLOAD(%1) in <b><a href=\"%2\">file</a> line %3</b><b><br>")
-                     .arg(file.toHtmlEscaped(), m_interpreter.lineLink(m_lineNumber))
+    // A failed connect or download stops the script.
+    const QString what = result == JLinkDownload::ConnectFailed ? QStringLiteral("No J-Link connection for")
+                                                                : QStringLiteral("J-Link download failed:");
+    consolePrint(QStringLiteral("<font color=\"red\"> <b>Script Error: </b></font><b>%1 DOWNLOAD(%2) in <b><a href=\"%3\">file</a> line %4</b><b><br>")
+                     .arg(what, file.toHtmlEscaped(), m_interpreter.lineLink(m_lineNumber))
                      .arg(m_lineNumber));
     return false;
 }

@@ -37,4 +37,7 @@ struct TargetVariable
     DataClass *dataClass = nullptr;
     quint32 lastValue = 0;
     QDateTime lastRead;
+    // The description gave the place itself (`address` or an ELF `symbol`):
+    // a firmware variable, not a register for the SVD file to place.
+    bool ownAddress = false;
 };

@@ -24,6 +24,10 @@
 #include "elements/TabWidget.h"
 #include "elements/TreeWidget.h"
 #include "elements/VerticalWidget.h"
+#include "views/MyQwtPlot.h"
+
+#include <qwt_dial.h>
+#include <qwt_thermo.h>
 
 #include <QRadioButton>
 
@@ -176,4 +180,21 @@ TreeWidget *Container::addTreeContainer(const QString &label, int index, const Q
 Container *asContainer(QObject *object)
 {
     return dynamic_cast<Container *>(object);
+}
+
+// Plots and gauges.
+
+MyQwtPlot *Container::addPlot(const QString &label, int index, const QString &define)
+{
+    return make<MyQwtPlot>(label, index, define);
+}
+
+QwtDial *Container::addDial(const QString &label, int index, const QString &define)
+{
+    return make<QwtDial>(label, index, define);
+}
+
+QwtThermo *Container::addThermo(const QString &label, int index, const QString &define)
+{
+    return make<QwtThermo>(label, index, define);
 }

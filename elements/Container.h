@@ -29,6 +29,9 @@ class MathLabel;
 class PushButton;
 class Text;
 class TimerLabel;
+class MyQwtPlot;
+class QwtDial;
+class QwtThermo;
 
 // Factory interface of every container. The reader never creates a form
 // element itself: it asks the current container, which makes the element
@@ -69,6 +72,10 @@ public:
     virtual Led *addLed(const QString &label, int index, const QString &define);
     virtual Text *addText(const QString &label, int index, const QString &define);
     virtual MathLabel *addMathLabel(const QString &label, int index, const QString &define);
+    // Plots and gauges of live values.
+    virtual MyQwtPlot *addPlot(const QString &label, int index, const QString &define);
+    virtual QwtDial *addDial(const QString &label, int index, const QString &define);
+    virtual QwtThermo *addThermo(const QString &label, int index, const QString &define);
 
     // Views.
 

@@ -16,6 +16,7 @@
 #include "elements/SpinBox.h"
 #include "elements/ToggleButton.h"
 #include "model/LockEngine.h"
+#include "views/GaugeCommands.h"
 
 #include <QAbstractButton>
 #include <QTabWidget>
@@ -363,6 +364,12 @@ bool SetDef::runPart(DocumentTables &tables, const QString &part)
             applyToElement(ownerElement, kind, source);
             return true;
         }
+        // Plots and dials take words of their own (reset, maxX, a dial's bounds).
+        const GaugeCommands::Result gauge = GaugeCommands::run(tables, owner, target.mid(dot + 1), source);
+        if (gauge == GaugeCommands::Invalid)
+            Report::invalidSetDef(part);
+        if (gauge != GaugeCommands::NotMine)
+            return true;
         const QHash<QString, QObject *> *displays[] = {&tables.images, &tables.leds, &tables.dials, &tables.thermos};
         for (const QHash<QString, QObject *> *table : displays) {
             if (auto *widget = qobject_cast<QWidget *>(table->value(owner))) {

@@ -190,6 +190,9 @@ void HardwareModel::bindDataValues()
         // parameters) are no registers and are not the description's to bind.
         if (define.isEmpty() || isReservedDefine(define))
             continue;
+        // A firmware variable placed by its address or ELF symbol is no register.
+        if (data->target() && data->target()->ownAddress)
+            continue;
         const DefineText d = DefineText::parse(define);
         const Register *reg = findRegister(findPeripheral(d.peripheral), d.registerName);
         if (m_peripherals.isEmpty() || !reg) {

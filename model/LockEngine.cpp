@@ -330,6 +330,14 @@ void LockEngine::conflictMessage(const QString &target)
     consolePrint(line + QStringLiteral("<br>"));
 }
 
+void LockEngine::addConflict(const QString &target, const QString &source)
+{
+    QStringList &waiting = m_conflicts[target];
+    if (!waiting.contains(source))
+        waiting.append(source);
+    conflictMessage(target);
+}
+
 int LockEngine::conflictCount() const
 {
     int count = 0;

@@ -77,6 +77,9 @@ public:
     int conflictCount() const;
     // Target define -> sources waiting to lock it.
     const QMap<QString, QStringList> &conflicts() const { return m_conflicts; }
+    // A conflict that no lock string caused (a gauge bound that would leave
+    // its value outside): counted and reported like a waiting source.
+    void addConflict(const QString &target, const QString &source);
     // Link target and name of every element in a conflicting state: the
     // targets that sources wait on, then the labels out of range. This is
     // what refuses header export.

@@ -1,5 +1,8 @@
 #include "reader/DescriptionReader.h"
 
+#include "device/CLog.h"
+#include "device/ELFReader.h"
+
 #include "config/Checksum.h"
 #include "elements/AbsoluteWidget.h"
 #include "elements/DocumentTables.h"
@@ -317,6 +320,16 @@ bool DescriptionReader::readFileElement(const QString &kind)
         }
     } else if (kind == QLatin1String("elf")) {
         m_state.elfFile = file;
+        // Relative names are taken from the current directory, as written;
+        // the description's folder serves when the current directory has no
+        // such file.
+        QString elfPath = file;
+        if (QFileInfo(file).isRelative() && !QFileInfo::exists(file) && existsInFolder(file))
+            elfPath = QDir(m_folder).filePath(file);
+        const int code = elfReader().Read(elfPath.toLocal8Bit().constData(), ELFReader::Symbols);
+        if (code != 0)
+            xmlMessage(QStringLiteral("Problem reading ELF file %1: %2.").arg(file, CLog::ErrorCodeToString(code)),
+                       QString(), true);
     } else if (kind == QLatin1String("migration")) {
         m_state.migrationFile = file;
         if (!existsInFolder(file))
@@ -716,4 +729,11 @@ void DescriptionReader::xmlMessage(const QString &text, const QString &define, b
     const QString form = isError ? QStringLiteral("<b><font color=\"red\"> XML Error: </font>%1 <a href=\"%2\">%3</a> (%4)<br>")
                                  : QStringLiteral("<b><font color=\"orange\"> XML Warning: </font>%1 <a href=\"%2\">%3</a> (%4)<br>");
     consolePrint(form.arg(text, Console::linkTarget(define), define, positionText(false)));
+}
+
+ELFReader &DescriptionReader::elfReader()
+{
+    if (!m_elf)
+        m_elf.reset(new ELFReader);
+    return *m_elf;
 }

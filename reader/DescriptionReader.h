@@ -11,6 +11,7 @@
 
 class Container;
 class DocumentTables;
+class ELFReader;
 class HardwareModel;
 class QIODevice;
 class QObject;
@@ -103,6 +104,9 @@ public:
 
     // Raises an error on the stream, ending the read.
     void raiseError(const QString &text);
+    // The symbols of the firmware named by `elf`, for `var` symbols; alive
+    // with this reader.
+    ELFReader &elfReader();
 
 private:
     bool readRoot();
@@ -138,4 +142,5 @@ private:
     int m_nesting = 0;
     // Includes read so far, nested ones counted.
     int m_includeCount = 0;
+    std::unique_ptr<ELFReader> m_elf;
 };

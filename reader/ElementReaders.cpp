@@ -4,6 +4,7 @@
 #include "reader/DescriptionReader.h"
 #include "reader/DisplayElementReaders.h"
 #include "reader/PinMapperReader.h"
+#include "reader/PlotReader.h"
 #include "reader/ValueElementReaders.h"
 #include "reader/VarReader.h"
 
@@ -14,4 +15,5 @@ void ElementReaders::install(DescriptionReader &reader)
     VarReader::install(reader);
     CommunicationReader::install(reader);
     PinMapperReader::install(reader);
+    PlotReader::install(reader);
 }

@@ -1,5 +1,7 @@
 #include "reader/VarReader.h"
 
+#include "device/CLog.h"
+#include "device/ELFReader.h"
 #include "device/TargetVariable.h"
 #include "elements/DataClass.h"
 #include "elements/DocumentTables.h"
@@ -10,6 +12,9 @@
 #include <QXmlStreamAttributes>
 
 namespace {
+
+// The largest variable bound to target memory, in bytes.
+constexpr quint64 kLargestVariable = 0x10000;
 
 quint64 unsignedNumber(const QString &text)
 {
@@ -32,24 +37,49 @@ void readVar(DescriptionReader &reader, Container *)
 
     auto *data = new DataClass(define);
     data->setProperty("my_default", text("default"));
+
+    // The attributes in their fixed order: `symbol` comes after `size` and
+    // replaces it, `interval` comes after `symbol`.
+    bool hasAddress = has("address");
+    quint64 address = has("address") ? unsignedNumber(text("address")) : quint64(quint32(-1));
+    const qint32 index = has("index") ? qint32(normaliseNumber(text("index")).toLongLong()) : -1;
+    const quint8 channel = has("channel") ? quint8(unsignedNumber(text("channel"))) : 255;
+    quint64 size = has("size") ? unsignedNumber(text("size")) : 0;
+    if (has("symbol")) {
+        const QString symbol = text("symbol");
+        unsigned long symbolAddress = 0;
+        unsigned long symbolSize = 0;
+        const int code = reader.elfReader().GetAddress(symbol.toLocal8Bit().constData(), &symbolAddress, &symbolSize);
+        if (code != 0) {
+            reader.xmlMessage(QStringLiteral("Cannot find ELF symbol \"%1\". Error: %2")
+                                  .arg(symbol, CLog::ErrorCodeToString(code)),
+                              define, true);
+        } else {
+            address = symbolAddress;
+            size = symbolSize;
+            hasAddress = true;
+        }
+    }
+    // A variable larger than any buffer the program keeps is cut, so that a
+    // wrong size can neither allocate without bound nor overrun the buffer.
+    size = qMin<quint64>(size, kLargestVariable);
+    if (size > 0)
+        data->setSize(int(size));
     if (text("datatype").compare(QLatin1String("float"), Qt::CaseInsensitive) == 0)
         data->datatype = DataClass::Float;
     data->readOnAccess = has("readonaccess");
 
-    const quint64 size = has("size") ? unsignedNumber(text("size")) : 0;
-    if (size > 0 && size <= 0x10000)
-        data->setSize(int(size));
-
     // A record in target memory exists only when something locates it.
-    const bool located = (has("address") && size != 0) || !text("svdsymbol").isEmpty() || has("index")
+    const bool located = (hasAddress && size != 0) || !text("svdsymbol").isEmpty() || has("index")
         || has("channel");
     if (located) {
         auto *target = new TargetVariable;
         target->svdSymbol = text("svdsymbol");
-        target->address = has("address") ? quint32(unsignedNumber(text("address"))) : quint32(-1);
-        target->index = has("index") ? int(normaliseNumber(text("index")).toLongLong()) : -1;
-        target->channel = has("channel") ? quint8(unsignedNumber(text("channel"))) : 255;
-        target->size = quint32(qMin<quint64>(size, 0x10000));
+        target->address = quint32(address);
+        target->ownAddress = hasAddress;
+        target->index = index;
+        target->channel = channel;
+        target->size = quint32(size);
         target->interval = quint32(unsignedNumber(text("interval")));
         target->readOnly = unsignedNumber(text("readonly")) != 0;
         target->forceSet = unsignedNumber(text("forceset")) != 0;
@@ -65,6 +95,8 @@ void readVar(DescriptionReader &reader, Container *)
     QObject *host = reader.options().slotHost;
     SlotWiring::connectIfPresent(data, SIGNAL(updateMathLabels()), host, SLOT(on_updateMathLabel()));
     SlotWiring::connectIfPresent(data, SIGNAL(updateLEDs()), host, SLOT(on_updateLED()));
+    for (const char *slot : {SLOT(on_updateCurve()), SLOT(on_updateDial()), SLOT(on_updateThermo())})
+        SlotWiring::connectIfPresent(data, SIGNAL(updateLEDs()), host, slot);
     reader.xml().skipCurrentElement();
 }
 

@@ -72,6 +72,8 @@
 #include "config/ParameterMap.h"
 #include "views/PortMappingDialog.h"
 #include "views/SelectFromCatalogDialog.h"
+#include "views/GaugeFeed.h"
+#include "device/TargetAccess.h"
 
 namespace {
 
@@ -123,6 +125,7 @@ MainWindow::MainWindow(const StartOptions &options, QWidget *parent)
     m_document = new Document(this, this);
     connectConflictSources();
     m_traffic = new DataTasks(m_document->tables(), this);
+    m_targetAccess = new TargetAccess(this);
     m_traffic->setDefaultLogging(m_preferences.tavLoggingMode, m_preferences.tavLoggingTimeStamps,
                                  m_preferences.tavLoggingFilename);
     m_firmware = new StickFirmware(*m_traffic, this, this);
@@ -250,6 +253,21 @@ void MainWindow::on_updateSvgImage()
 void MainWindow::on_updateLog()
 {
     DisplayRefresh::logs(&m_document->tables(), DisplayRefresh::senderDefine(signalSender()));
+}
+
+void MainWindow::on_updateCurve()
+{
+    GaugeFeed::curves(&m_document->tables(), signalSender());
+}
+
+void MainWindow::on_updateDial()
+{
+    GaugeFeed::dials(&m_document->tables(), signalSender());
+}
+
+void MainWindow::on_updateThermo()
+{
+    GaugeFeed::thermos(&m_document->tables(), signalSender());
 }
 
 ActiveElement *MainWindow::element(const QString &name)
@@ -418,7 +436,7 @@ void MainWindow::setDocumentActionsEnabled(bool enabled)
 
 void MainWindow::stopWorkers()
 {
-    // The J-Link worker joins here once it exists.
+    m_targetAccess->stop();
     m_traffic->stopPolling();
 }
 
@@ -614,6 +632,7 @@ void MainWindow::startUp(bool afterLoad)
     if (m_ini.checkFwVersionOnLoad && m_traffic->usesStick)
         checkFirmwareVersion(true);
     setWindowModified(false);
+    m_targetAccess->open(m_document->tables());
     m_traffic->startPolling();
     QApplication::restoreOverrideCursor();
 }

@@ -12,6 +12,7 @@
 
 class ActionTable;
 class DataTasks;
+class TargetAccess;
 class StickFirmware;
 class TerminalPort;
 class ScriptInterpreter;
@@ -178,6 +179,10 @@ public slots:
     void on_updateLED();
     void on_updateSvgImage();
     void on_updateLog();
+    // Plots, dials and thermometers fed by the sender's define.
+    void on_updateCurve();
+    void on_updateDial();
+    void on_updateThermo();
 
 public:
     MathCascade &mathCascade();
@@ -266,6 +271,7 @@ private:
     bool m_homePage = false;
     std::unique_ptr<MathCascade> m_mathCascade;
     DataTasks *m_traffic = nullptr;
+    TargetAccess *m_targetAccess = nullptr;
     StickFirmware *m_firmware = nullptr;
     TerminalPort *m_terminal = nullptr;
     DesktopIntegration *m_integration = nullptr;

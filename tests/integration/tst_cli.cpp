@@ -108,8 +108,9 @@ private slots:
     void exampleHeadersCompile()
     {
         // A copy of the example, so the saved configuration and headers go to a
-        // folder of the test's own.
-        const QString source = QuillonRun::sourceDir() + QStringLiteral("/examples/nrf52840");
+        // folder of the test's own; the build's copy holds the firmware file
+        // compiled for the live data tab.
+        const QString source = QuillonRun::buildDir() + QStringLiteral("/examples/nrf52840");
         const QString work = m_dir.filePath(QStringLiteral("board"));
         QDir().mkpath(work);
         for (const QString &name : QDir(source).entryList(QDir::Files))

@@ -487,7 +487,7 @@ private slots:
 
     void boardExampleReads()
     {
-        const QString file = QuillonRun::sourceDir() + QStringLiteral("/examples/nrf52840/nrf52840_board.xml");
+        const QString file = QuillonRun::buildDir() + QStringLiteral("/examples/nrf52840/nrf52840_board.xml");
         QFile device(file);
         QVERIFY(device.open(QIODevice::ReadOnly | QIODevice::Text));
         ReaderOptions options;

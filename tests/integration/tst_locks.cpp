@@ -207,7 +207,7 @@ private slots:
 
     void boardExampleFlowControl()
     {
-        const QString example = QuillonRun::sourceDir() + QStringLiteral("/examples/nrf52840/nrf52840_board.xml");
+        const QString example = QuillonRun::buildDir() + QStringLiteral("/examples/nrf52840/nrf52840_board.xml");
         m_form.sink->clear();
         QVERIFY(m_form.window->open(example));
         m_form.window->startUp(false);
