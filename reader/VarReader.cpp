@@ -1,5 +1,7 @@
 #include "reader/VarReader.h"
 
+#include "automation/PythonBridge.h"
+
 #include "device/TargetVariable.h"
 #include "elements/DataClass.h"
 #include "elements/DocumentTables.h"
@@ -31,6 +33,7 @@ void readVar(DescriptionReader &reader, Container *)
     reader.checkDuplicateDefine(define, DescriptionReader::VarDefine);
 
     auto *data = new DataClass(define);
+    PythonBridge::expose(define, data);
     data->setProperty("my_default", text("default"));
     if (text("datatype").compare(QLatin1String("float"), Qt::CaseInsensitive) == 0)
         data->datatype = DataClass::Float;

@@ -11,6 +11,7 @@
 #include "shell/StartOptions.h"
 
 class ActionTable;
+class RecordingControl;
 class DataTasks;
 class StickFirmware;
 class TerminalPort;
@@ -132,6 +133,12 @@ public slots:
     void loadFile(const QString &name, bool fixFolder);
     void startProgram(const QString &command);
     void runScript(const QString &text);
+    // Output of the Python bridge, shown on the console.
+    void PythonStdOut(QString s);
+    void PythonStdErr(QString s);
+    // Recording of scripts from the user's hand.
+    void startStopRecording();
+    void addRecordCmd();
 
 public:
     // What reading a configuration needs from the window.
@@ -258,4 +265,5 @@ private:
     DataTasks *m_traffic = nullptr;
     StickFirmware *m_firmware = nullptr;
     TerminalPort *m_terminal = nullptr;
+    RecordingControl *m_recording = nullptr;
 };
