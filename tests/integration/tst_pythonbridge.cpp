@@ -232,6 +232,27 @@ private slots:
         QVERIFY2(readTextFile(dump).contains(QLatin1String("OUT(LineEdit) == from button")), qPrintable(readTextFile(dump)));
     }
 
+    void bundledExampleComputesTheBaudRate()
+    {
+        const QString script = m_python.dir.filePath(QStringLiteral("example.script"));
+        const QString dump = m_python.dir.filePath(QStringLiteral("example-dump.txt"));
+        const QString console = m_python.dir.filePath(QStringLiteral("example-console.log"));
+        QVERIFY(writeTextFile(script, QStringLiteral("Set(PY_BAUD, 250000)\nClicked(PY_COMPUTE)\nDumpAll(%1)\nExit(2)\n")
+                                          .arg(dump)
+                                          .toUtf8()));
+        const QString example = QuillonRun::buildDir() + QStringLiteral("/examples/nrf52840/nrf52840_board.xml");
+        const QuillonRun result =
+            QuillonRun::run({QStringLiteral("-q"), QStringLiteral("-c") + console, QStringLiteral("-b") + script, example}, 60000);
+        QVERIFY(result.finished);
+        QCOMPARE(result.exitCode, 0);
+        const QString values = readTextFile(dump);
+        // 250000 Bd is 2^26 exactly; the nearest listed rate is 230400 Bd.
+        QVERIFY2(values.contains(QLatin1String("PY_NEAREST(LineEdit) == 230400 Bd")), qPrintable(values));
+        QVERIFY(values.contains(QLatin1String("UARTE0.BAUDRATE.BAUDRATE(ComboBox) == 61865984")));
+        QVERIFY2(readTextFile(console).contains(QLatin1String("Python stdOut: 250000 Bd: BAUDRATE 0x04000000")),
+                 qPrintable(readTextFile(console)));
+    }
+
 private:
     QStringList run(const QString &action)
     {
