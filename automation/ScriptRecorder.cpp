@@ -14,8 +14,12 @@ ScriptRecorder::ScriptRecorder(QObject *parent)
 ScriptRecorder::~ScriptRecorder()
 {
     // A window that goes while recording still leaves a complete script.
+    // No console line: the console may already be gone.
     if (m_stream)
-        stop();
+        *m_stream << "//Exit(2)\n";
+    RecordingHook::setWriter(RecordingHook::Writer());
+    if (m_stream)
+        m_stream->flush();
 }
 
 bool ScriptRecorder::start(const QString &fileName, const QString &description)

@@ -274,6 +274,16 @@ private slots:
         QVERIFY(!m_control->recorder().isRecording());
     }
 
+    void closingTheWindowEndsTheFile()
+    {
+        QVERIFY(m_control->start(m_script));
+        QVERIFY(userChange(QStringLiteral("P.R.EN")));
+        m_form.close();
+        QVERIFY(!RecordingHook::recording());
+        QCOMPARE(body(), QStringList{"Set(P.R.EN, 1)"});
+        QVERIFY(readTextFile(m_script).endsWith(QLatin1String("//Exit(2)\n")));
+    }
+
     void recordedSessionPlaysBack()
     {
         QVERIFY(m_control->start(m_script));
