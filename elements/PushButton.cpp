@@ -1,5 +1,7 @@
 #include "elements/PushButton.h"
 
+#include "elements/RecordingHook.h"
+
 #include "elements/ActionRunner.h"
 #include "elements/Reports.h"
 
@@ -69,6 +71,10 @@ QString PushButton::eventOfSender() const
 void PushButton::sendDataWhenClicked()
 {
     const QString event = eventOfSender();
+    // A recorded click plays back through CLICKED; press and release
+    // belong to the same click and write nothing of their own.
+    if (event == QLatin1String("clicked"))
+        RecordingHook::clicked(this);
     ActionRunner::run(this, QStringLiteral("0"), event);
     // The set-defs of the `setDef` attribute follow the action entries.
     if (event == QLatin1String("clicked"))

@@ -1,5 +1,7 @@
 #include "reader/DefaultReader.h"
 
+#include "automation/PythonBridge.h"
+
 #include "elements/ActiveElement.h"
 #include "elements/DocumentTables.h"
 #include "model/DefineText.h"
@@ -98,4 +100,6 @@ void DefaultReader::read(DescriptionReader &reader, QWidget *widget, ActiveEleme
         setProperty("confirmation", attribute(a, "confirmation"));
     if (has(a, "enabled"))
         widget->setEnabled(attribute(a, "enabled").toInt() != 0);
+    // Elements read after usesPython are reachable from Python by define.
+    PythonBridge::expose(define, signalSource);
 }

@@ -265,8 +265,7 @@ bool DescriptionReader::readRootLevelElement(bool &containerFound)
         ToolTipConfig::set(quint32(normaliseNumber(attr("value")).toULongLong()));
     } else if (name == QLatin1String("usesPython")) {
         m_state.usesPython = true;
-        if (!PythonCheck::bridgeAvailable()) {
-            PythonCheck::warnMissing();
+        if (!PythonCheck::startBridge()) {
             m_xml->raiseError(QStringLiteral("Python integration is not available."));
             return false;
         }

@@ -1,16 +1,15 @@
 #pragma once
 #include <QString>
 
-// Whether descriptions that use Python can run: the bridge is a plug-in
-// library beside the executable, loaded only when a description asks.
+// The `usesPython` element: the Python bridge is started (once) with the
+// main window bound as `application`. Without the bridge plug-in or without
+// Python the warning "Python integration" is shown (on the console in quiet
+// mode) and the description can't be read.
 class PythonCheck
 {
 public:
     // Path of the bridge plug-in beside the executable.
     static QString bridgePath();
-    static bool bridgeAvailable();
-    // The warning shown when a description needs the bridge and it is
-    // missing (on the console in quiet mode).
-    static void warnMissing();
-    static QString missingText();
+    // Starts the bridge or warns; true when Python is ready.
+    static bool startBridge();
 };

@@ -2,6 +2,8 @@
 
 #include "device/CLog.h"
 #include "device/ELFReader.h"
+#include "automation/PythonBridge.h"
+
 #include "device/TargetVariable.h"
 #include "elements/DataClass.h"
 #include "elements/DocumentTables.h"
@@ -36,6 +38,7 @@ void readVar(DescriptionReader &reader, Container *)
     reader.checkDuplicateDefine(define, DescriptionReader::VarDefine);
 
     auto *data = new DataClass(define);
+    PythonBridge::expose(define, data);
     data->setProperty("my_default", text("default"));
 
     // The attributes in their fixed order: `symbol` comes after `size` and

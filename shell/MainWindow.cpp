@@ -1,4 +1,6 @@
 #include "shell/MainWindow.h"
+#include "automation/PythonBridge.h"
+#include "automation/RecordingControl.h"
 #include "elements/SignalRelay.h"
 #include "config/Migration.h"
 #include "views/DiffDialog.h"
@@ -359,6 +361,9 @@ void MainWindow::buildActions()
     auto *extrasMenu = new QMenu(tr("Extras"), this);
     extrasMenu->setObjectName(QStringLiteral("extrasMenu"));
     m_actions->fill(extrasMenu, extrasRows, int(sizeof extrasRows / sizeof extrasRows[0]));
+    m_recording = new RecordingControl(this, m_actions->action(QStringLiteral("startStopRecording")),
+                                       m_actions->action(QStringLiteral("addRecordCmd")),
+                                       [this] { return m_preferences.scriptsDir; }, [this] { return m_lastDocument; });
 
     auto shortcut = [this](const char *slot, QKeySequence::StandardKey key) {
         if (QAction *a = m_actions->action(QLatin1String(slot)))
@@ -920,24 +925,20 @@ void MainWindow::startProgram(const QString &command)
 
 void MainWindow::runScript(const QString &text)
 {
-    if (text.startsWith(QLatin1String("python:"))) {
-        // Only with the Python bridge; without it the text has no reader.
-        QMetaObject::invokeMethod(this, "runPython", Q_ARG(QString, text.mid(7)));
+    if (text.startsWith(QLatin1String("python:"), Qt::CaseInsensitive)) {
+        PythonBridge::run(text.mid(7), QFileInfo(m_lastDocument).absolutePath());
         return;
     }
+    // Every line runs, whatever the one before it answered.
     const QStringList lines = text.split(QLatin1Char(';'));
-    for (int i = 0; i < lines.size(); ++i) {
-        bool goOn = false;
-        if (!QMetaObject::invokeMethod(this, "execScriptLine", Q_RETURN_ARG(bool, goOn),
-                                       Q_ARG(QString, lines.at(i)), Q_ARG(unsigned, unsigned(i)))) {
-            consolePrint(QStringLiteral("<font color=\"red\"><b>Script Error: </b></font>This build has no script interpreter to run \"%1\"<br>")
-                             .arg(lines.at(i).toHtmlEscaped()));
-            return;
-        }
-        if (!goOn)
-            return;
-    }
+    for (int i = 0; i < lines.size(); ++i)
+        execScriptLine(lines.at(i), unsigned(i));
 }
+
+void MainWindow::PythonStdOut(QString s) { PythonBridge::print(QStringLiteral("Python stdOut: "), s); }
+void MainWindow::PythonStdErr(QString s) { PythonBridge::print(QStringLiteral("Python stdErr: "), s); }
+void MainWindow::startStopRecording() { m_recording->startStop(); }
+void MainWindow::addRecordCmd() { m_recording->addCommand(); }
 
 // Locks: forwarded to the document's engine with the element that sent them.
 

@@ -11,6 +11,7 @@
 #include "shell/StartOptions.h"
 
 class ActionTable;
+class RecordingControl;
 class DataTasks;
 class TargetAccess;
 class StickFirmware;
@@ -139,6 +140,12 @@ public slots:
     void loadFile(const QString &name, bool fixFolder);
     void startProgram(const QString &command);
     void runScript(const QString &text);
+    // Output of the Python bridge, shown on the console.
+    void PythonStdOut(QString s);
+    void PythonStdErr(QString s);
+    // Recording of scripts from the user's hand.
+    void startStopRecording();
+    void addRecordCmd();
 
 public:
     // What reading a configuration needs from the window.
@@ -275,4 +282,5 @@ private:
     StickFirmware *m_firmware = nullptr;
     TerminalPort *m_terminal = nullptr;
     DesktopIntegration *m_integration = nullptr;
+    RecordingControl *m_recording = nullptr;
 };
