@@ -5,6 +5,7 @@
 #include "reader/DisplayElementReaders.h"
 #include "reader/ValueElementReaders.h"
 #include "reader/VarReader.h"
+#include "reader/ViewReaders.h"
 
 void ElementReaders::install(DescriptionReader &reader)
 {
@@ -12,4 +13,5 @@ void ElementReaders::install(DescriptionReader &reader)
     DisplayElementReaders::install(reader);
     VarReader::install(reader);
     CommunicationReader::install(reader);
+    ViewReaders::install(reader);
 }

@@ -67,6 +67,8 @@
 #include <algorithm>
 #include <QRegularExpression>
 #include <QUrl>
+#include "views/ShowSvdDialog.h"
+#include "views/ViewContext.h"
 
 namespace {
 
@@ -118,6 +120,9 @@ MainWindow::MainWindow(const StartOptions &options, QWidget *parent)
     m_document = new Document(this, this);
     connectConflictSources();
     m_traffic = new DataTasks(m_document->tables(), this);
+    ViewContext::setModel(&m_document->model());
+    ViewContext::setHost(this);
+    ViewContext::setDataTasks(m_traffic);
     m_traffic->setDefaultLogging(m_preferences.tavLoggingMode, m_preferences.tavLoggingTimeStamps,
                                  m_preferences.tavLoggingFilename);
     m_firmware = new StickFirmware(*m_traffic, this, this);
@@ -204,6 +209,8 @@ MainWindow::MainWindow(const StartOptions &options, QWidget *parent)
 
 MainWindow::~MainWindow()
 {
+    if (ViewContext::dataTasks() == m_traffic)
+        ViewContext::clear();
     stopWorkers();
     m_traffic->closeDocument();
     delete m_actions;
@@ -329,6 +336,14 @@ void MainWindow::buildActions()
     auto *extrasMenu = new QMenu(tr("Extras"), this);
     extrasMenu->setObjectName(QStringLiteral("extrasMenu"));
     m_actions->fill(extrasMenu, extrasRows, int(sizeof extrasRows / sizeof extrasRows[0]));
+    if (QAction *svdTree = m_actions->action(QStringLiteral("showSvdTree"))) {
+        svdTree->setEnabled(true);
+        connect(svdTree, &QAction::triggered, this, [this]() {
+            auto *dialog = new ShowSvdDialog([this](ActiveElement *element) { showElement(element); }, this);
+            dialog->setAttribute(Qt::WA_DeleteOnClose);
+            dialog->show();
+        });
+    }
 
     auto shortcut = [this](const char *slot, QKeySequence::StandardKey key) {
         if (QAction *a = m_actions->action(QLatin1String(slot)))
