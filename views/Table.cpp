@@ -463,8 +463,13 @@ void Table::decodeToolTip(quint64 value, int row, int offset, const QString &nam
     }
     if (!target)
         return;
-    const Register *reg = ViewContext::findRegister(regName);
-    target->setToolTip(reg ? RegisterDecoder::describe(reg, value) : RegisterDecoder::invalidRegisterText());
+    target->setToolTip(decodeText(regName, value));
+}
+
+QString Table::decodeText(const QString &registerName, quint64 value)
+{
+    const Register *reg = ViewContext::findRegister(registerName);
+    return reg ? RegisterDecoder::describe(reg, value) : RegisterDecoder::invalidRegisterText();
 }
 
 // -------------------------------------------------------- whole value
@@ -514,20 +519,29 @@ bool Table::loadValue(const QString &text)
             m_model->insertRow(qMin(row, m_model->rowCount()));
         else if (row >= m_model->rowCount())
             m_model->setRowCount(row + 1);
+        // The row's cells are made whole before they go into the model: a
+        // change to a cell already in it costs a search of its row.
+        QStandardItem *made[kMaxColumns] = {};
         for (int j = 0; j < 6; ++j) {
             const int col = columnOf(kRecordKinds[j]);
-            if (col >= 0)
-                setItem(row, col, fields.at(j).toString(), !disabledKind(kRecordKinds[j]));
+            if (col < 0)
+                continue;
+            made[col] = new QStandardItem(fields.at(j).toString());
+            made[col]->setEnabled(!disabledKind(kRecordKinds[j]) && m_columns[col].columnWidth != 0);
         }
+        auto itemAt = [&](int col) { return col < 0 ? nullptr : (made[col] ? made[col] : m_model->item(row, col)); };
         for (int j = 0; j < 6 && j < m_columnCount; ++j) {
             // A field position against a view column: tables whose columns
             // stand in record order (the usual layout) decode their value.
             if (j == valueColumn) {
                 quint64 v = 0;
                 CellFormat::toUnsigned(fields.at(j).toString(), &v);
-                decodeToolTip(v, row, 0, QString());
+                if (QStandardItem *target = itemAt(valueColumn)) {
+                    const QStandardItem *name = itemAt(columnOf(RegName));
+                    target->setToolTip(decodeText(name ? name->text() : QString(), v));
+                }
             }
-            QStandardItem *item = m_model->item(row, j);
+            QStandardItem *item = itemAt(j);
             if (!item)
                 continue;
             const int kind = m_columns[j].kind;
@@ -537,6 +551,14 @@ bool Table::loadValue(const QString &text)
                     item->setToolTip(reg->description);
             }
         }
+        // Quietly: the view is told once, at the end, instead of once for
+        // every cell.
+        m_model->blockSignals(true);
+        for (int col = 0; col < m_columnCount; ++col) {
+            if (made[col])
+                m_model->setItem(row, col, made[col]);
+        }
+        m_model->blockSignals(false);
     }
     viewport()->update();
     return true;

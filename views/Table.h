@@ -69,6 +69,8 @@ public:
     // (name empty: the name comes from the register name cell at row plus
     // offset) or of the answer cell (name given).
     void decodeToolTip(quint64 value, int row, int offset, const QString &name);
+    // The decode text of a value for the register "module.register".
+    static QString decodeText(const QString &registerName, quint64 value);
 
     QStandardItemModel *tableModel() const { return m_model; }
     int columnOf(int kind) const { return kind >= 0 && kind < KindCount ? m_columnByKind[kind] : -1; }
@@ -94,6 +96,7 @@ public:
     QPoint messagePosition{-1, -1};
 
     QSize minimumSizeHint() const override;
+    using QTableView::edit;
 
 signals:
     void changedByUser();
@@ -113,7 +116,6 @@ protected:
     void dropEvent(QDropEvent *event) override;
     void closeEditor(QWidget *editor, QAbstractItemDelegate::EndEditHint hint) override;
     bool edit(const QModelIndex &index, EditTrigger trigger, QEvent *event) override;
-    using QTableView::edit;
     void resizeEvent(QResizeEvent *event) override;
 
 private:
