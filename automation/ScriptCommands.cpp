@@ -3,6 +3,7 @@
 
 #include "automation/ScriptHost.h"
 #include "automation/ScriptInterpreter.h"
+#include "automation/TableCommands.h"
 #include "elements/ActiveElement.h"
 #include "elements/Container.h"
 #include "elements/DataClass.h"
@@ -224,8 +225,18 @@ bool ScriptCommands::run(int code)
     case OpenFileDialog: return openFileDialog();
     case Download: return download();
     case AssertTableValue:
-        // No element of this build is a table: an unknown name skips the
-        // command.
+        TableCommands(m_interpreter, m_line, m_lineNumber).assertTableValue(p(0), p(1), p(2), p(3));
+        return true;
+    case LoadTable: case LoadAtTable:
+        TableCommands(m_interpreter, m_line, m_lineNumber).loadTable(p(0), p(1), code == LoadAtTable);
+        return true;
+    case SaveTable: TableCommands(m_interpreter, m_line, m_lineNumber).saveTable(p(0), p(1)); return true;
+    case SetTableLine: TableCommands(m_interpreter, m_line, m_lineNumber).setTableLine(p(0), p(1)); return true;
+    case SetTableValue:
+        TableCommands(m_interpreter, m_line, m_lineNumber).setTableValue(p(0), p(1), p(2), p(3));
+        return true;
+    case SetRegViewValue:
+        TableCommands(m_interpreter, m_line, m_lineNumber).setRegViewValue(p(0), p(1), p(2));
         return true;
     case Lock: case Unlock: {
         const char *slot = code == Lock ? "on_sendLock" : "on_sendUnlock";

@@ -7,6 +7,7 @@
 #include "reader/PlotReader.h"
 #include "reader/ValueElementReaders.h"
 #include "reader/VarReader.h"
+#include "reader/ViewReaders.h"
 
 void ElementReaders::install(DescriptionReader &reader)
 {
@@ -16,4 +17,5 @@ void ElementReaders::install(DescriptionReader &reader)
     CommunicationReader::install(reader);
     PinMapperReader::install(reader);
     PlotReader::install(reader);
+    ViewReaders::install(reader);
 }

@@ -76,6 +76,8 @@
 #include "views/SelectFromCatalogDialog.h"
 #include "views/GaugeFeed.h"
 #include "device/TargetAccess.h"
+#include "views/ShowSvdDialog.h"
+#include "views/ViewContext.h"
 
 namespace {
 
@@ -128,6 +130,9 @@ MainWindow::MainWindow(const StartOptions &options, QWidget *parent)
     connectConflictSources();
     m_traffic = new DataTasks(m_document->tables(), this);
     m_targetAccess = new TargetAccess(this);
+    ViewContext::setModel(&m_document->model());
+    ViewContext::setHost(this);
+    ViewContext::setDataTasks(m_traffic);
     m_traffic->setDefaultLogging(m_preferences.tavLoggingMode, m_preferences.tavLoggingTimeStamps,
                                  m_preferences.tavLoggingFilename);
     m_firmware = new StickFirmware(*m_traffic, this, this);
@@ -220,6 +225,8 @@ MainWindow::MainWindow(const StartOptions &options, QWidget *parent)
 
 MainWindow::~MainWindow()
 {
+    if (ViewContext::dataTasks() == m_traffic)
+        ViewContext::clear();
     stopWorkers();
     m_traffic->closeDocument();
     delete m_actions;
@@ -364,6 +371,14 @@ void MainWindow::buildActions()
     m_recording = new RecordingControl(this, m_actions->action(QStringLiteral("startStopRecording")),
                                        m_actions->action(QStringLiteral("addRecordCmd")),
                                        [this] { return m_preferences.scriptsDir; }, [this] { return m_lastDocument; });
+    if (QAction *svdTree = m_actions->action(QStringLiteral("showSvdTree"))) {
+        svdTree->setEnabled(true);
+        connect(svdTree, &QAction::triggered, this, [this]() {
+            auto *dialog = new ShowSvdDialog([this](ActiveElement *element) { showElement(element); }, this);
+            dialog->setAttribute(Qt::WA_DeleteOnClose);
+            dialog->show();
+        });
+    }
 
     auto shortcut = [this](const char *slot, QKeySequence::StandardKey key) {
         if (QAction *a = m_actions->action(QLatin1String(slot)))
