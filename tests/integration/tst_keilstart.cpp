@@ -87,6 +87,10 @@ private slots:
             store.setValue("Mfg", 0, 0x900);
             store.setValue("Mex", 0, other);
             store.setValue("Mag", 0, QStringLiteral("x"));
+            // A copy removed from disk: quiet runs don't ask, so it stays.
+            store.setValue("Mtx", 1, QStringLiteral("Quillon V1.0.0"));
+            store.setValue("Mfg", 1, 0x900);
+            store.setValue("Mex", 1, home.filePath(QStringLiteral("removed/quillon")));
             QVERIFY(store.sync());
         }
         const Run r = quillon(home.path(), {"-q", "-k", "-x"});
@@ -95,6 +99,7 @@ private slots:
         const QString self = QFileInfo(QuillonRun::binary()).canonicalFilePath();
         QCOMPARE(entriesOf(storeFile(home.path()), self), 0);
         QCOMPARE(entriesOf(storeFile(home.path()), other), 1);
+        QCOMPARE(entriesOf(storeFile(home.path()), home.filePath(QStringLiteral("removed/quillon"))), 1);
     }
 
     void withoutKeilNothingIsCreated()

@@ -271,11 +271,12 @@ private slots:
         QElapsedTimer clock;
         clock.start();
         client.checkRegisteredTools(QStringLiteral("/data/board.xml"));
-        // The call returns at once; the flow ends in the background.
-        QVERIFY(clock.elapsed() < 100);
+        // The call returns at once (the first one sets the network stack up);
+        // the flow ends in the background, long before any time-out.
+        QVERIFY2(clock.elapsed() < 1000, qPrintable(QString::number(clock.elapsed())));
         QSignalSpy done(&client, &LauncherClient::stateReported);
         QVERIFY(done.wait(3000));
-        QVERIFY(clock.elapsed() < 2000);
+        QVERIFY2(clock.elapsed() < LauncherClient::kTransferTimeoutMs / 2, qPrintable(QString::number(clock.elapsed())));
     }
 
     void helpNeedsTheLauncher()
