@@ -16,6 +16,7 @@
 #include "views/QGraphicsChipItem.h"
 
 #include <QCheckBox>
+#include <QDir>
 #include <QGraphicsScene>
 #include <QPushButton>
 #include <QStandardItemModel>
@@ -185,6 +186,50 @@ private slots:
         QVERIFY(!m_form.sink->contains(QStringLiteral("not available")));
         // Quiet windows don't wait for a choice.
         QVERIFY(m_form.sink->contains(QStringLiteral("counts as cancelled")));
+    }
+
+    void brokenMappingFileLeavesTheMapperEmpty_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<bool>("asFolder");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("wrong root") << QByteArray("<nvxmlcfg/>") << false << "XML Error: </font>Warning";
+        QTest::newRow("not XML") << QByteArray("pin;name\n1;PA0\n") << false << "XML Error";
+        QTest::newRow("empty") << QByteArray() << false << "XML Error";
+        QTest::newRow("a folder") << QByteArray() << true << "Cannot open file";
+    }
+
+    void brokenMappingFileLeavesTheMapperEmpty()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(bool, asFolder);
+        QFETCH(QString, message);
+        FormWindow form;
+        if (asFolder)
+            QVERIFY(QDir(form.dir.path()).mkdir(QStringLiteral("pins.xml")));
+        else
+            QVERIFY(writeTextFile(form.dir.filePath(QStringLiteral("pins.xml")), content));
+        QVERIFY(form.write(miniSvd(kFields), "<verticalcontainer><pinmapper define=\"MAPPER\"/></verticalcontainer>",
+                           "<pinmapping file=\"pins.xml\"/>\n"));
+        QVERIFY(form.open());
+        const QString all = form.openMessages.join(QLatin1Char('\n'));
+        QVERIFY2(all.contains(message), qPrintable(all));
+        QVERIFY(form.window->findChild<PinMapping *>());
+        QVERIFY(form.window->document()->state().pinMapping->isEmpty());
+        // Nothing to show in a window of its own.
+        QVERIFY(!PortMappingDialog::open(form.window->document()->state().pinMapping, form.window));
+    }
+
+    void missingMappingFile()
+    {
+        FormWindow form;
+        QVERIFY(form.write(miniSvd(kFields), "<verticalcontainer><pinmapper define=\"MAPPER\"/></verticalcontainer>",
+                           "<pinmapping file=\"absent.xml\"/>\n<parametermap file=\"absent_map.xml\"/>\n"));
+        QVERIFY(form.open());
+        const QString all = form.openMessages.join(QLatin1Char('\n'));
+        QVERIFY2(all.contains(QStringLiteral("Pinmapping file is missing.")), qPrintable(all));
+        QVERIFY(all.contains(QStringLiteral("Parametermap file \"absent_map.xml\"is missing.")));
+        QVERIFY(!form.window->document()->state().parameterMap);
     }
 
 private:
