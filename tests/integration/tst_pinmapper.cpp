@@ -6,7 +6,12 @@
 #include "elements/ActiveElement.h"
 #include "shell/Document.h"
 #include "shell/MainWindow.h"
+#include "config/Catalog.h"
+#include "config/CatalogRecordApplier.h"
 #include "config/ParameterMap.h"
+#include "elements/DocumentTables.h"
+#include "elements/Selectors.h"
+#include "shell/StartOptions.h"
 #include "views/PinMapperPane.h"
 #include "views/PinMapping.h"
 #include "views/PinMappingDocument.h"
@@ -16,6 +21,7 @@
 #include "views/QGraphicsChipItem.h"
 
 #include <QCheckBox>
+#include <QLabel>
 #include <QDir>
 #include <QGraphicsScene>
 #include <QPushButton>
@@ -230,6 +236,54 @@ private slots:
         QVERIFY2(all.contains(QStringLiteral("Pinmapping file is missing.")), qPrintable(all));
         QVERIFY(all.contains(QStringLiteral("Parametermap file \"absent_map.xml\"is missing.")));
         QVERIFY(!form.window->document()->state().parameterMap);
+    }
+
+    // The bundled example end to end: a preset of its catalog fills the UART
+    // tab, and the pin mapper shows the lines it routes.
+    void examplePresetRoutesTheUart()
+    {
+        m_form.close();
+        StartOptions options;
+        options.quiet = true;
+        MainWindow window(options);
+        RecordingSink sink;
+        const QString example = QStringLiteral(QUILLON_SOURCE_DIR "/examples/nrf52840/nrf52840_board.xml");
+        QVERIFY(window.open(example));
+        window.startUp(false);
+        QVERIFY2(!sink.contains(QStringLiteral("XML Error")) && !sink.contains(QStringLiteral("XML Warning")),
+                 qPrintable(sink.console.join('\n')));
+        const auto mapping = window.document()->state().pinMapping;
+        const auto map = window.document()->state().parameterMap;
+        QVERIFY(mapping && map);
+        QCOMPARE(mapping->pins.size(), 68);
+        QString csv = PinMappingExport::csvText(*mapping);
+        QVERIFY(csv.contains(QStringLiteral("P0.06 (L1);UART TXD;\n")));
+        QVERIFY(csv.contains(QStringLiteral("P0.05 (K2);\n")));
+
+        Catalog catalog;
+        QVERIFY(catalog.readFile(QStringLiteral(QUILLON_SOURCE_DIR "/examples/nrf52840/uart_presets.xml")));
+        QCOMPARE(catalog.records.size(), 9);
+        const CatalogRecord &hci = catalog.records.at(1);
+        QCOMPARE(hci.value(QStringLiteral("Baud")), QStringLiteral("1000000"));
+        CatalogRecordApplier applier(&window.document()->tables(), &window, QString());
+        applier.apply(map->parameters, hci);
+        DocumentTables &t = window.document()->tables();
+        QCOMPARE(t.element(QStringLiteral("UARTE0.BAUDRATE.BAUDRATE"))->value(Selectors::Label), QStringLiteral("1 Mbaud"));
+        QCOMPARE(t.element(QStringLiteral("UARTE0.CONFIG.HWFC"))->value(Selectors::Value), QStringLiteral("1"));
+        QCOMPARE(window.findChild<QLabel *>(QStringLiteral("UART_PRESET"))->text(), hci.value(QStringLiteral("Name")));
+        QVERIFY(window.findChild<QLabel *>(QStringLiteral("UART_PRESET_DOC"))->text().startsWith(QStringLiteral("<a href=")));
+        // Flow control on: RTS and CTS are connected and drawn on their pins.
+        QCOMPARE(t.element(QStringLiteral("UARTE0.PSEL_RTS.CONNECT"))->value(Selectors::Value), QStringLiteral("0"));
+        csv = PinMappingExport::csvText(*mapping);
+        QVERIFY2(csv.contains(QStringLiteral("P0.05 (K2);UART RTS;\n")), qPrintable(csv));
+        QVERIFY(csv.contains(QStringLiteral("P0.07 (M2);UART CTS;\n")));
+
+        // The Modbus preset: even parity, other pins.
+        applier.apply(map->parameters, catalog.records.at(4));
+        QCOMPARE(t.element(QStringLiteral("UARTE0.CONFIG.PARITY"))->value(Selectors::Label), QStringLiteral("Included (even)"));
+        csv = PinMappingExport::csvText(*mapping);
+        QVERIFY2(csv.contains(QStringLiteral("P0.04 (J1);UART TXD;\n")), qPrintable(csv));
+        QVERIFY(csv.contains(QStringLiteral("P0.06 (L1);\n")));
     }
 
 private:
