@@ -195,11 +195,17 @@ bool ScriptCommands::run(int code)
             notAvailable();
             return true;
         }
-        if (show)
+        if (show) {
             QMetaObject::invokeMethod(window, "showPortMapping");
-        else
-            QMetaObject::invokeMethod(window, "selectData",
-                                      Q_ARG(QString, QDir(m_host.workingDir()).absoluteFilePath(p(0))));
+            return true;
+        }
+        // Relative to the working folder; a catalog that sits beside the
+        // description (a button of the form naming it) is found there too.
+        QString path = QDir(m_host.workingDir()).absoluteFilePath(p(0));
+        const QString besideDescription = QFileInfo(m_host.descriptionPath()).dir().absoluteFilePath(p(0));
+        if (!QFileInfo::exists(path) && !m_host.descriptionPath().isEmpty() && QFileInfo::exists(besideDescription))
+            path = besideDescription;
+        QMetaObject::invokeMethod(window, "selectData", Q_ARG(QString, path));
         return true;
     }
     case SetDef: m_host.applySetDef(p(0)); return true;

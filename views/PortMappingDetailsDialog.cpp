@@ -33,7 +33,7 @@ PortMappingDetailsDialog::PortMappingDetailsDialog(std::shared_ptr<PinMappingDoc
     connect(m_table, SIGNAL(doubleClicked(QModelIndex)), this, SLOT(on_doubleClicked(QModelIndex)));
     connect(m_connectedOnly, SIGNAL(clicked()), this, SLOT(on_CheckboxClicked()));
     on_CheckboxClicked();
-    resize(800, 600);
+    resize(1100, 650);
 }
 
 QString PortMappingDetailsDialog::defineOfRow(int row) const

@@ -125,6 +125,7 @@ void SelectFromCatalogDialog::buildRecordTable()
     m_recordTable->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_recordTable->setAlternatingRowColors(true);
     m_recordTable->horizontalHeader()->setStretchLastSection(true);
+    m_recordTable->resizeColumnsToContents();
     connect(m_recordTable, SIGNAL(clicked(QModelIndex)), this, SLOT(on_doubleClicked(QModelIndex)));
     connect(m_recordTable->selectionModel(), SIGNAL(selectionChanged(QItemSelection, QItemSelection)), this,
             SLOT(on_selectionChanged(QItemSelection, QItemSelection)));

@@ -6,7 +6,12 @@
 #include "elements/ActiveElement.h"
 #include "shell/Document.h"
 #include "shell/MainWindow.h"
+#include "config/Catalog.h"
+#include "config/CatalogRecordApplier.h"
 #include "config/ParameterMap.h"
+#include "elements/DocumentTables.h"
+#include "elements/Selectors.h"
+#include "shell/StartOptions.h"
 #include "views/PinMapperPane.h"
 #include "views/PinMapping.h"
 #include "views/PinMappingDocument.h"
@@ -16,6 +21,8 @@
 #include "views/QGraphicsChipItem.h"
 
 #include <QCheckBox>
+#include <QLabel>
+#include <QDir>
 #include <QGraphicsScene>
 #include <QPushButton>
 #include <QStandardItemModel>
@@ -185,6 +192,98 @@ private slots:
         QVERIFY(!m_form.sink->contains(QStringLiteral("not available")));
         // Quiet windows don't wait for a choice.
         QVERIFY(m_form.sink->contains(QStringLiteral("counts as cancelled")));
+    }
+
+    void brokenMappingFileLeavesTheMapperEmpty_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<bool>("asFolder");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("wrong root") << QByteArray("<nvxmlcfg/>") << false << "XML Error: </font>Warning";
+        QTest::newRow("not XML") << QByteArray("pin;name\n1;PA0\n") << false << "XML Error";
+        QTest::newRow("empty") << QByteArray() << false << "XML Error";
+        QTest::newRow("a folder") << QByteArray() << true << "Cannot open file";
+    }
+
+    void brokenMappingFileLeavesTheMapperEmpty()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(bool, asFolder);
+        QFETCH(QString, message);
+        FormWindow form;
+        if (asFolder)
+            QVERIFY(QDir(form.dir.path()).mkdir(QStringLiteral("pins.xml")));
+        else
+            QVERIFY(writeTextFile(form.dir.filePath(QStringLiteral("pins.xml")), content));
+        QVERIFY(form.write(miniSvd(kFields), "<verticalcontainer><pinmapper define=\"MAPPER\"/></verticalcontainer>",
+                           "<pinmapping file=\"pins.xml\"/>\n"));
+        QVERIFY(form.open());
+        const QString all = form.openMessages.join(QLatin1Char('\n'));
+        QVERIFY2(all.contains(message), qPrintable(all));
+        QVERIFY(form.window->findChild<PinMapping *>());
+        QVERIFY(form.window->document()->state().pinMapping->isEmpty());
+        // Nothing to show in a window of its own.
+        QVERIFY(!PortMappingDialog::open(form.window->document()->state().pinMapping, form.window));
+    }
+
+    void missingMappingFile()
+    {
+        FormWindow form;
+        QVERIFY(form.write(miniSvd(kFields), "<verticalcontainer><pinmapper define=\"MAPPER\"/></verticalcontainer>",
+                           "<pinmapping file=\"absent.xml\"/>\n<parametermap file=\"absent_map.xml\"/>\n"));
+        QVERIFY(form.open());
+        const QString all = form.openMessages.join(QLatin1Char('\n'));
+        QVERIFY2(all.contains(QStringLiteral("Pinmapping file is missing.")), qPrintable(all));
+        QVERIFY(all.contains(QStringLiteral("Parametermap file \"absent_map.xml\"is missing.")));
+        QVERIFY(!form.window->document()->state().parameterMap);
+    }
+
+    // The bundled example end to end: a preset of its catalog fills the UART
+    // tab, and the pin mapper shows the lines it routes.
+    void examplePresetRoutesTheUart()
+    {
+        m_form.close();
+        StartOptions options;
+        options.quiet = true;
+        MainWindow window(options);
+        RecordingSink sink;
+        const QString example = QStringLiteral(QUILLON_SOURCE_DIR "/examples/nrf52840/nrf52840_board.xml");
+        QVERIFY(window.open(example));
+        window.startUp(false);
+        QVERIFY2(!sink.contains(QStringLiteral("XML Error")) && !sink.contains(QStringLiteral("XML Warning")),
+                 qPrintable(sink.console.join('\n')));
+        const auto mapping = window.document()->state().pinMapping;
+        const auto map = window.document()->state().parameterMap;
+        QVERIFY(mapping && map);
+        QCOMPARE(mapping->pins.size(), 68);
+        QString csv = PinMappingExport::csvText(*mapping);
+        QVERIFY(csv.contains(QStringLiteral("P0.06 (L1);UART TXD;\n")));
+        QVERIFY(csv.contains(QStringLiteral("P0.05 (K2);\n")));
+
+        Catalog catalog;
+        QVERIFY(catalog.readFile(QStringLiteral(QUILLON_SOURCE_DIR "/examples/nrf52840/uart_presets.xml")));
+        QCOMPARE(catalog.records.size(), 9);
+        const CatalogRecord &hci = catalog.records.at(1);
+        QCOMPARE(hci.value(QStringLiteral("Baud")), QStringLiteral("1000000"));
+        CatalogRecordApplier applier(&window.document()->tables(), &window, QString());
+        applier.apply(map->parameters, hci);
+        DocumentTables &t = window.document()->tables();
+        QCOMPARE(t.element(QStringLiteral("UARTE0.BAUDRATE.BAUDRATE"))->value(Selectors::Label), QStringLiteral("1 Mbaud"));
+        QCOMPARE(t.element(QStringLiteral("UARTE0.CONFIG.HWFC"))->value(Selectors::Value), QStringLiteral("1"));
+        QCOMPARE(window.findChild<QLabel *>(QStringLiteral("UART_PRESET"))->text(), hci.value(QStringLiteral("Name")));
+        QVERIFY(window.findChild<QLabel *>(QStringLiteral("UART_PRESET_DOC"))->text().startsWith(QStringLiteral("<a href=")));
+        // Flow control on: RTS and CTS are connected and drawn on their pins.
+        QCOMPARE(t.element(QStringLiteral("UARTE0.PSEL_RTS.CONNECT"))->value(Selectors::Value), QStringLiteral("0"));
+        csv = PinMappingExport::csvText(*mapping);
+        QVERIFY2(csv.contains(QStringLiteral("P0.05 (K2);UART RTS;\n")), qPrintable(csv));
+        QVERIFY(csv.contains(QStringLiteral("P0.07 (M2);UART CTS;\n")));
+
+        // The Modbus preset: even parity, other pins.
+        applier.apply(map->parameters, catalog.records.at(4));
+        QCOMPARE(t.element(QStringLiteral("UARTE0.CONFIG.PARITY"))->value(Selectors::Label), QStringLiteral("Included (even)"));
+        csv = PinMappingExport::csvText(*mapping);
+        QVERIFY2(csv.contains(QStringLiteral("P0.04 (J1);UART TXD;\n")), qPrintable(csv));
+        QVERIFY(csv.contains(QStringLiteral("P0.06 (L1);\n")));
     }
 
 private:
