@@ -2,6 +2,7 @@
 
 #include "shell/Dialogs.h"
 
+#include <QApplication>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
@@ -11,6 +12,7 @@
 #include <QMutexLocker>
 #include <QSettings>
 #include <QThread>
+#include <QTimer>
 
 #include <atomic>
 #include <dlfcn.h>
@@ -47,9 +49,22 @@ Loader &loader()
 }
 
 // The box of the loader; from another thread it is shown by the GUI thread.
+// It does not block: a load or a headless run goes on with every target
+// value 0 while the box waits for its reader.
 void reportError(const QString &text)
 {
-    auto show = [text]() { Dialogs::message(nullptr, QMessageBox::Critical, QStringLiteral("J-Link Error"), text); };
+    auto show = [text]() {
+        if (Dialogs::quiet() || !qobject_cast<QApplication *>(QCoreApplication::instance())) {
+            Dialogs::message(nullptr, QMessageBox::Critical, QStringLiteral("J-Link Error"), text);
+            return;
+        }
+        auto *box = new QMessageBox(QMessageBox::Critical, QStringLiteral("J-Link Error"), text, QMessageBox::Ok);
+        box->setAttribute(Qt::WA_DeleteOnClose);
+        box->setWindowFlag(Qt::WindowStaysOnTopHint);
+        // Shown from the event loop, so that it comes up over the window
+        // whose load raised it.
+        QTimer::singleShot(0, box, &QWidget::show);
+    };
     QCoreApplication *app = QCoreApplication::instance();
     if (!app || QThread::currentThread() == app->thread())
         show();
