@@ -208,6 +208,27 @@ private slots:
         QCOMPARE(run(QStringLiteral("python:print(n > 0)")), QStringList{"Python stdOut: True<br>"});
     }
 
+    void clickDuringALoopIsRefusedNotNested()
+    {
+        // The window works while Python loops; a Python action clicked
+        // meanwhile is refused with a message instead of blocking the stop.
+        element<LineEdit>("OUT")->setText(QStringLiteral("before"));
+        auto *button = m_python.window->findChild<QPushButton *>(QStringLiteral("GO"));
+        QVERIFY(button);
+        bool clicked = false;
+        QTimer::singleShot(200, button, [button, &clicked] {
+            clicked = true;
+            button->click();
+        });
+        PythonBridge::plugin()->setTimeLimit(800);
+        const QString all = run(QStringLiteral("python:\nn = 0\nwhile True: n += 1\n")).join(QString());
+        PythonBridge::plugin()->setTimeLimit(0);
+        QVERIFY(clicked);
+        QVERIFY2(all.contains(QLatin1String("Python is still running another script; this one was not started.")),
+                 qPrintable(all));
+        QCOMPARE(element<LineEdit>("OUT")->text(), QStringLiteral("before"));
+    }
+
     void closedFormLeavesNoDanglingObjects()
     {
         run(QStringLiteral("python:kept = OUT"));
