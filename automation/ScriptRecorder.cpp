@@ -51,10 +51,9 @@ void ScriptRecorder::stop()
         consolePrint(QStringLiteral("<font color=\"orange\"><b>Recording: </b></font>No recording is running.<br>"));
         return;
     }
-    if (m_stream) {
+    if (m_stream)
         *m_stream << "//Exit(2)\n";
-        consolePrint(QStringLiteral("Macro recording stopped<br>"));
-    }
+    consolePrint(QStringLiteral("Macro recording stopped<br>"));
     closeStream();
     m_recording = false;
     emit recordingChanged(false);

@@ -19,6 +19,7 @@ static const QByteArray kForm = R"xml(
  <spinbox define="P.R.CNT" range="0;255" default="5"/>
  <edit define="OUT" svd="0"/>
  <button define="GO" label="Go"><action event="clicked" cmd="runScript" data="python:application.setDef('OUT=from button')"/></button>
+ <button define="LOOP" label="Loop"><action event="clicked" cmd="runScript" data="python:loop.py"/></button>
  <var define="V.X" default="42"/>
 </verticalcontainer>
 )xml";
@@ -207,6 +208,27 @@ private slots:
         QCOMPARE(run(QStringLiteral("python:print(n > 0)")), QStringList{"Python stdOut: True<br>"});
     }
 
+    void clickDuringALoopIsRefusedNotNested()
+    {
+        // The window works while Python loops; a Python action clicked
+        // meanwhile is refused with a message instead of blocking the stop.
+        element<LineEdit>("OUT")->setText(QStringLiteral("before"));
+        auto *button = m_python.window->findChild<QPushButton *>(QStringLiteral("GO"));
+        QVERIFY(button);
+        bool clicked = false;
+        QTimer::singleShot(200, button, [button, &clicked] {
+            clicked = true;
+            button->click();
+        });
+        PythonBridge::plugin()->setTimeLimit(800);
+        const QString all = run(QStringLiteral("python:\nn = 0\nwhile True: n += 1\n")).join(QString());
+        PythonBridge::plugin()->setTimeLimit(0);
+        QVERIFY(clicked);
+        QVERIFY2(all.contains(QLatin1String("Python is still running another script; this one was not started.")),
+                 qPrintable(all));
+        QCOMPARE(element<LineEdit>("OUT")->text(), QStringLiteral("before"));
+    }
+
     void closedFormLeavesNoDanglingObjects()
     {
         run(QStringLiteral("python:kept = OUT"));
@@ -230,6 +252,27 @@ private slots:
         QVERIFY(result.finished);
         QCOMPARE(result.exitCode, 0);
         QVERIFY2(readTextFile(dump).contains(QLatin1String("OUT(LineEdit) == from button")), qPrintable(readTextFile(dump)));
+    }
+
+    void unattendedRunIsBoundedByTheTimeLimit()
+    {
+        // A -b run whose Python loops for ever still ends, with the limit.
+        QVERIFY(writeTextFile(m_python.dir.filePath(QStringLiteral("loop.py")), "n = 0\nwhile True:\n    n += 1\n"));
+        const QString script = m_python.dir.filePath(QStringLiteral("loop.script"));
+        const QString dump = m_python.dir.filePath(QStringLiteral("loop-dump.txt"));
+        const QString console = m_python.dir.filePath(QStringLiteral("loop-console.log"));
+        QVERIFY(writeTextFile(script, QStringLiteral("Clicked(LOOP)\nSet(OUT, after the loop)\nDumpAll(%1)\nExit(2)\n")
+                                          .arg(dump)
+                                          .toUtf8()));
+        qputenv("QUILLON_PYTHON_TIMEOUT", "1");
+        const QuillonRun result = QuillonRun::run(
+            {QStringLiteral("-q"), QStringLiteral("-c") + console, QStringLiteral("-b") + script, m_python.path}, 60000);
+        qunsetenv("QUILLON_PYTHON_TIMEOUT");
+        QVERIFY2(result.finished, "the run hung");
+        QCOMPARE(result.exitCode, 0);
+        QVERIFY(readTextFile(dump).contains(QLatin1String("OUT(LineEdit) == after the loop")));
+        QVERIFY2(readTextFile(console).contains(QLatin1String("took longer than its time limit of 1000 ms")),
+                 qPrintable(readTextFile(console)));
     }
 
     void bundledExampleComputesTheBaudRate()

@@ -274,6 +274,24 @@ private slots:
         QVERIFY(!m_control->recorder().isRecording());
     }
 
+    void publicEntryForOtherElements()
+    {
+        // Without a recording nothing is written anywhere.
+        RecordingHook::record(QStringLiteral("SetTableValue(T, 0, 0, 1)"));
+        QVERIFY(m_control->start(m_script));
+        m_control->recorder().setComment(QStringLiteral("cell"));
+        RecordingHook::record(QStringLiteral("SetTableValue(T, 1, 2, 0x10)"));
+        // With a focus owner, only while it has the focus.
+        auto *edit = m_form.element<LineEdit>(QStringLiteral("NAME"));
+        auto *spin = m_form.element<SpinBox>(QStringLiteral("P.R.CNT"));
+        edit->setFocus();
+        QTRY_VERIFY(edit->hasFocus());
+        RecordingHook::record(QStringLiteral("SetRegViewValue(V, 5)"), spin);
+        RecordingHook::record(QStringLiteral("SetRegViewValue(V, 6)"), edit);
+        m_control->startStop();
+        QCOMPARE(body(), (QStringList{"SetTableValue(T, 1, 2, 0x10)//cell", "SetRegViewValue(V, 6)//cell"}));
+    }
+
     void closingTheWindowEndsTheFile()
     {
         QVERIFY(m_control->start(m_script));
