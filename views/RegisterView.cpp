@@ -146,7 +146,8 @@ QString RegisterView::value(int kind, bool flag)
     case Selectors::TypeInfo:
         return typeInfo();
     case Selectors::RegisterName:
-        return m_moduleName + QLatin1Char('.') + m_registerName;
+        // Nothing shown yet: no name, so a row added from here ends a send.
+        return m_registerName.isEmpty() ? QString() : m_moduleName + QLatin1Char('.') + m_registerName;
     case Selectors::Address:
         return QString::number(m_registerAddress);
     case Selectors::Module:
