@@ -8,7 +8,31 @@
 
 namespace {
 bool g_quiet = false;
+
+// The name of the answer a quiet run takes, as the box would show it.
+QString buttonText(QMessageBox::StandardButton button)
+{
+    switch (button) {
+    case QMessageBox::Yes: return QStringLiteral("Yes");
+    case QMessageBox::No: return QStringLiteral("No");
+    case QMessageBox::Ok: return QStringLiteral("OK");
+    case QMessageBox::Cancel: return QStringLiteral("Cancel");
+    case QMessageBox::Save: return QStringLiteral("Save");
+    case QMessageBox::Discard: return QStringLiteral("Discard");
+    case QMessageBox::Abort: return QStringLiteral("Abort");
+    case QMessageBox::Retry: return QStringLiteral("Retry");
+    case QMessageBox::Ignore: return QStringLiteral("Ignore");
+    case QMessageBox::NoButton: return QStringLiteral("none");
+    default: return QString::number(int(button), 16);
+    }
 }
+
+void reportAnswered(const QString &title, const QString &answer)
+{
+    consolePrint(QStringLiteral("<font color=\"orange\"><b>Quiet mode: </b></font>question \"%1\" takes its default answer: %2.<br>")
+                     .arg(title.toHtmlEscaped(), answer.toHtmlEscaped()));
+}
+} // namespace
 
 void Dialogs::setQuiet(bool quiet)
 {
@@ -66,8 +90,10 @@ QMessageBox::StandardButton Dialogs::question(QWidget *parent, QMessageBox::Icon
                                               const QString &text, QMessageBox::StandardButtons buttons,
                                               QMessageBox::StandardButton defaultButton)
 {
-    if (g_quiet)
+    if (g_quiet) {
+        reportAnswered(title, buttonText(defaultButton));
         return defaultButton;
+    }
     QMessageBox box(icon, title, text, buttons, parent);
     box.setDefaultButton(defaultButton);
     return QMessageBox::StandardButton(box.exec());
@@ -88,8 +114,10 @@ QString Dialogs::item(QWidget *parent, const QString &title, const QString &labe
 bool Dialogs::choose(QWidget *parent, const QString &title, const QString &text, const QString &first,
                      const QString &second)
 {
-    if (g_quiet)
+    if (g_quiet) {
+        reportAnswered(title, first);
         return true;
+    }
     QMessageBox box(QMessageBox::Question, title, text, QMessageBox::NoButton, parent);
     QPushButton *firstButton = box.addButton(first, QMessageBox::YesRole);
     box.addButton(second, QMessageBox::NoRole);

@@ -214,6 +214,19 @@ void MyQwtPlot::reset()
     replot();
 }
 
+void MyQwtPlot::clearCurves()
+{
+    for (Curve &c : m_curves)
+        c.series->clear();
+    restartSweepScale(0);
+}
+
+void MyQwtPlot::setAxes()
+{
+    setAxisScale(QwtPlot::xBottom, minX, maxX);
+    setAxisScale(QwtPlot::yLeft, minY, maxY);
+}
+
 void MyQwtPlot::setMinY(double v)
 {
     minY = float(std::trunc(v));

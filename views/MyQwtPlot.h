@@ -52,6 +52,11 @@ public:
     void setMaxX(int v);
     void setCurveMask(quint32 mask);
 
+    // What a catalog record does to a plot it names: the curves start
+    // afresh, and the axes show the plot's current bounds again.
+    Q_INVOKABLE void clearCurves();
+    Q_INVOKABLE void setAxes();
+
     int curveCount() const { return m_curves.size(); }
     FloatSeriesData *series(int curve) const;
     QwtPlotCurve *curve(int curve) const;

@@ -3,7 +3,7 @@
 #include "elements/DocumentTables.h"
 #include "elements/NumberFormat.h"
 #include "elements/RecordingHook.h"
-#include "elements/RecordingLine.h"
+#include "elements/RecordingHook.h"
 #include "elements/Reports.h"
 #include "elements/Selectors.h"
 #include "model/BitField.h"
@@ -359,7 +359,7 @@ void RegisterView::cellCommitted()
 {
     m_word = word();
     updateToolTip();
-    RecordingLine::write(QStringLiteral("SetRegViewValue(%1, %2)").arg(define()).arg(m_word));
+    RecordingHook::record(QStringLiteral("SetRegViewValue(%1, %2)").arg(define()).arg(m_word));
     emit updateMathLabels();
 }
 

@@ -2,7 +2,7 @@
 
 #include "elements/DocumentTables.h"
 #include "elements/RecordingHook.h"
-#include "elements/RecordingLine.h"
+#include "elements/RecordingHook.h"
 #include "elements/Reports.h"
 #include "elements/Selectors.h"
 #include "model/BitField.h"
@@ -151,7 +151,7 @@ void SvdTree::valueChanged(const QString &value)
 void SvdTree::valueChangedByUser(const QString &value)
 {
     if (hasFocus())
-        RecordingLine::write(QStringLiteral("Set(%1,%2)").arg(define(), value));
+        RecordingHook::record(QStringLiteral("Set(%1,%2)").arg(define(), value));
     sendData(value);
     m_value = value;
 }

@@ -4,7 +4,7 @@
 #include "elements/DocumentTables.h"
 #include "elements/NumberFormat.h"
 #include "elements/RecordingHook.h"
-#include "elements/RecordingLine.h"
+#include "elements/RecordingHook.h"
 #include "elements/Reports.h"
 #include "elements/Selectors.h"
 #include "model/Register.h"
@@ -651,7 +651,7 @@ bool Table::exportFile(const QString &fileName)
 
 void Table::record(const QString &line)
 {
-    RecordingLine::write(line);
+    RecordingHook::record(line);
 }
 
 void Table::closeEditor(QWidget *editor, QAbstractItemDelegate::EndEditHint hint)

@@ -247,7 +247,7 @@ private slots:
         options.quiet = true;
         MainWindow window(options);
         RecordingSink sink;
-        const QString example = QStringLiteral(QUILLON_SOURCE_DIR "/examples/nrf52840/nrf52840_board.xml");
+        const QString example = QuillonRun::buildDir() + QStringLiteral("/examples/nrf52840/nrf52840_board.xml");
         QVERIFY(window.open(example));
         window.startUp(false);
         QVERIFY2(!sink.contains(QStringLiteral("XML Error")) && !sink.contains(QStringLiteral("XML Warning")),

@@ -6,7 +6,7 @@
 #include "RegisterSvd.h"
 #include "elements/ActiveElement.h"
 #include "elements/RecordingHook.h"
-#include "elements/RecordingLine.h"
+#include "elements/RecordingHook.h"
 #include "elements/SetDef.h"
 #include "shell/MainWindow.h"
 #include "views/CheckBoxDelegate.h"
@@ -196,7 +196,7 @@ void TestRegisterView::delegates()
     run(QStringLiteral("RV.module=P"));
     run(QStringLiteral("RV.register=R"));
     QStringList recorded;
-    RecordingLine::setRecorder([&recorded](const QString &line) { recorded << line; });
+    RecordingHook::setWriter([&recorded](const QString &line) { recorded << line; });
     QStandardItemModel *model = view()->viewModel();
     QStyleOptionViewItem option;
 
@@ -256,7 +256,7 @@ void TestRegisterView::delegates()
     QVERIFY(!reserved->isEnabled());
     delete reserved;
 
-    RecordingLine::setRecorder(nullptr);
+    RecordingHook::setWriter(nullptr);
     QCOMPARE(recorded, (QStringList{"SetRegViewValue(RV, 768)", "SetRegViewValue(RV, 2304)", "SetRegViewValue(RV, 2310)"}));
 }
 

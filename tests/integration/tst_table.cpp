@@ -5,7 +5,7 @@
 #include "RecordingSink.h"
 #include "elements/DocumentTables.h"
 #include "elements/RecordingHook.h"
-#include "elements/RecordingLine.h"
+#include "elements/RecordingHook.h"
 #include "elements/SetDef.h"
 #include "shell/Document.h"
 #include "shell/MainWindow.h"
@@ -434,7 +434,7 @@ void TestTable::editingReformats()
     m_form.window->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_form.window));
     QStringList recorded;
-    RecordingLine::setRecorder([&recorded](const QString &line) { recorded << line; });
+    RecordingHook::setWriter([&recorded](const QString &line) { recorded << line; });
     run({"TABLE.value=0x11", "TABLE.registername=UARTE0.CONFIG"});
     const QModelIndex index = table()->tableModel()->index(0, 3);
     table()->setCurrentIndex(index);
@@ -449,7 +449,7 @@ void TestTable::editingReformats()
     QTest::keyClick(editor, Qt::Key_Return);
     // The delegate closes its editor once the key press is through.
     QTRY_COMPARE(table()->cellText(0, Table::Value), QStringLiteral("0x0000000E"));
-    RecordingLine::setRecorder(nullptr);
+    RecordingHook::setWriter(nullptr);
     QCOMPARE(table()->cell(0, Table::Value)->toolTip(),
              QStringLiteral("STOP[4]: One (0b0)\nPARITY[3..1]: Included (0b111)\nHWFC[0]: Disabled (0b0)\n"));
     QCOMPARE(recorded.value(0), QStringLiteral("SetTableValue(TABLE, 0, 3, 14)"));
@@ -478,7 +478,7 @@ void TestTable::exampleRegistersTab()
     // view, added as a row, and the sequence sent (no board here: it walks
     // the rows without an answer).
     FormWindow example;
-    example.path = QuillonRun::sourceDir() + QStringLiteral("/examples/nrf52840/nrf52840_board.xml");
+    example.path = QuillonRun::buildDir() + QStringLiteral("/examples/nrf52840/nrf52840_board.xml");
     QVERIFY(example.open());
     DocumentTables &t = example.tables();
     auto *view = dynamic_cast<RegisterView *>(t.element(QStringLiteral("SEQ.VIEW")));

@@ -1,5 +1,10 @@
 #include <QtTest>
 
+#include "views/FloatSeriesData.h"
+#include "views/MyQwtPlot.h"
+
+#include <qwt_scale_div.h>
+
 #include "FakeElement.h"
 #include "RecordingSink.h"
 #include "TestPictures.h"
@@ -301,6 +306,19 @@ void TestCatalogs::applyingARecord()
     tables.plots.insert(QStringLiteral("XTAL.PLOT"), &plot);
     QCOMPARE(applier.applyOne(params.at(5), QStringLiteral("3")), T::Plot);
     QCOMPARE(plot.property("catalogValue").toString(), QStringLiteral("3"));
+
+    // On a real plot the curves start afresh and the axes return to its bounds.
+    MyQwtPlot live(&form);
+    live.setBounds(0, 100, 0, 50);
+    live.addCurve(QStringLiteral("c"), 1, QColor(), QStringLiteral("XTAL.FREQ"));
+    for (int i = 0; i < 10; ++i)
+        live.addSample(0, 500, false);
+    QVERIFY(live.series(0)->size() > 0);
+    live.setAxisScale(QwtPlot::yLeft, -7, 7);
+    tables.plots.insert(QStringLiteral("XTAL.PLOT"), &live);
+    QCOMPARE(applier.applyOne(params.at(5), QStringLiteral("4")), T::Plot);
+    QCOMPARE(live.series(0)->size(), size_t(0));
+    QCOMPARE(live.axisScaleDiv(QwtPlot::yLeft).upperBound(), double(live.maxY));
 }
 
 void TestCatalogs::dialogFiltersAndApplies()

@@ -1,6 +1,7 @@
 #include <QtTest>
 
 #include "shell/Console.h"
+#include "shell/Dialogs.h"
 
 #include <QAction>
 #include <QDockWidget>
@@ -55,6 +56,22 @@ private slots:
         QVERIFY(!console.messageBox());
         QVERIFY(console.plainText().contains(QLatin1String("Cannot open file x:")));
         QCOMPARE(readAll(mirror), QStringLiteral("Cannot open file x:\nNo such file\n"));
+    }
+
+    void quietQuestionsTakeTheirDefaultAndSaySo()
+    {
+        QMainWindow window;
+        Console console(&window, true);
+        Dialogs::setQuiet(true);
+        QCOMPARE(Dialogs::question(&window, QMessageBox::Question, QStringLiteral("Save changes?"), QStringLiteral("x"),
+                                   QMessageBox::Yes | QMessageBox::No, QMessageBox::No),
+                 QMessageBox::No);
+        QVERIFY(Dialogs::choose(&window, QStringLiteral("Pick <one>"), QStringLiteral("x"), QStringLiteral("First"),
+                                QStringLiteral("Second")));
+        Dialogs::setQuiet(false);
+        const QString text = console.plainText();
+        QVERIFY2(text.contains(QLatin1String("question \"Save changes?\" takes its default answer: No.")), qPrintable(text));
+        QVERIFY2(text.contains(QLatin1String("question \"Pick <one>\" takes its default answer: First.")), qPrintable(text));
     }
 
     void interactiveErrorsShareOneBox()
