@@ -19,6 +19,7 @@
 #include "elements/TextEdit.h"
 #include "elements/ToggleButton.h"
 #include "shell/MainWindow.h"
+#include "views/Table.h"
 
 #include <QAction>
 #include <QApplication>
@@ -59,6 +60,18 @@ static const QByteArray kForm = R"(
  <editbox define="NOTE" svd="0"/>
  <togglebutton define="TB" svd="0" label="Toggle"/>
  <button define="GO" label="Go" setDef="OUT=clicked"/>
+ <!-- Playback reads the recorded view column as a column kind: the two
+      agree when the columns stand in kind order. Enter moves on to the next
+      cell, in the same row while one follows. A recording holds the number
+      as typed, normalised, and playback writes it as it stands: the value
+      column shows numbers without a format so that both show the same. -->
+ <table define="SEQ" svd="0" numrows="3">
+  <column label="Register" type="regname"/>
+  <column label="Address" type="address" format="0x%08X"/>
+  <column label="Func" type="func" format="%d"/>
+  <column label="Value" type="value"/>
+  <column label="Delay" type="delay" format="%d"/>
+ </table>
 </verticalcontainer>
 )";
 
@@ -306,7 +319,7 @@ private slots:
     {
         QVERIFY(m_control->start(m_script));
         const QStringList session{"P.R.MODE", "P.R.EN", "P.R.INV", "P.R.CNT", "P.R.HX", "P.R.SEL", "P.R.SL",
-                                  "NAME", "DBL", "KNOB", "TB", "GO"};
+                                  "NAME", "DBL", "KNOB", "TB", "GO", "SEQ"};
         for (const QString &element : session)
             QVERIFY2(userChange(element), qPrintable(element));
         m_control->startStop();
@@ -319,6 +332,8 @@ private slots:
         const QString handDump = readTextFile(hand + QStringLiteral("/dump.txt"));
         const QString handHeader = readTextFile(hand + QStringLiteral("/rec.h"));
         QVERIFY(handDump.contains(QLatin1String("OUT(LineEdit) == clicked")));
+        QVERIFY2(readTextFile(m_script).contains(QLatin1String("SetTableValue(SEQ, 1, 3, 42)")), qPrintable(readTextFile(m_script)));
+        QVERIFY(handDump.contains(QLatin1String("SEQ(Table) == 42")));
         QVERIFY(!handHeader.isEmpty());
 
         // Reset: the form is back at its defaults, which differ.
@@ -408,6 +423,26 @@ private:
             if (!button)
                 return false;
             clickLeft(button);
+        } else if (define == QLatin1String("SEQ")) {
+            // A table cell typed into and confirmed with Enter.
+            auto *table = m_form.element<Table>(define);
+            const QModelIndex cell = table->model()->index(1, 3);
+            table->setFocus();
+            table->setCurrentIndex(cell);
+            table->edit(cell);
+            QLineEdit *editor = nullptr;
+            for (QLineEdit *e : table->findChildren<QLineEdit *>()) {
+                if (e->isVisible() && e->geometry().intersects(table->visualRect(cell)))
+                    editor = e;
+            }
+            if (!editor)
+                return false;
+            editor->selectAll();
+            QTest::keyClicks(editor, QStringLiteral("0x2A"));
+            QTest::keyClick(editor, Qt::Key_Return);
+            // The delegate closes its editor once the key press is through.
+            if (!QTest::qWaitFor([&] { return cell.data().toString() == QLatin1String("42"); }))
+                return false;
         } else
             return false;
         QCoreApplication::processEvents();
