@@ -18,6 +18,7 @@ TabWidget::TabWidget(QWidget *parent)
 
 void TabWidget::setResizePages(bool on)
 {
+    m_resizePages = on;
     disconnect(this, &QTabWidget::currentChanged, this, &TabWidget::updateSizes);
     disconnect(this, &QTabWidget::currentChanged, this, &TabWidget::changedTab);
     if (on)
@@ -37,6 +38,10 @@ void TabWidget::placeChild(QWidget *child, const QString &label, int index)
         addTab(child, label);
     else
         insertTab(index, child, label);
+    // With fitted pages, a page that is not shown must not size the others
+    // from the start either: only a change of page would fit them otherwise.
+    if (m_resizePages && child != currentWidget())
+        child->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
 }
 
 void TabWidget::updateSizes(int index)

@@ -37,4 +37,7 @@ public slots:
 protected:
     QWidget *childParent() override { return this; }
     void placeChild(QWidget *child, const QString &label, int index) override;
+
+private:
+    bool m_resizePages = false;
 };

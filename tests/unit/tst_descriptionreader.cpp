@@ -187,6 +187,27 @@ private slots:
         QCOMPARE(m_reader->state().disclaimerName, QStringLiteral("disclaimer.txt"));
     }
 
+    void fittedTabPagesSizeOnlyByTheShownPage()
+    {
+        // A short first page and a tall second one: with resize, the tab
+        // container needs only the height of the page shown (what a scroll
+        // area around the form goes by), from the start and after each
+        // change of page.
+        QByteArray tall;
+        for (int i = 0; i < 30; ++i)
+            tall += "<edit define=\"E" + QByteArray::number(i) + "\" svd=\"0\"/>";
+        QVERIFY(read(descriptionText("<tabcontainer resize=\"1\"><verticalcontainer label=\"Short\"><edit define=\"S\" svd=\"0\"/></verticalcontainer>"
+                                     "<verticalcontainer label=\"Tall\">" + tall + "</verticalcontainer></tabcontainer>")));
+        auto *tab = qobject_cast<TabWidget *>(m_root);
+        QVERIFY(tab);
+        const int shortHeight = tab->minimumSizeHint().height();
+        QVERIFY2(shortHeight < tab->widget(1)->minimumSizeHint().height(), qPrintable(QString::number(shortHeight)));
+        tab->setCurrentIndex(1);
+        QVERIFY(tab->minimumSizeHint().height() > shortHeight);
+        tab->setCurrentIndex(0);
+        QCOMPARE(tab->minimumSizeHint().height(), shortHeight);
+    }
+
     void containerNamesAndGrid()
     {
         QVERIFY(read(descriptionText("<tabcontainer>"
