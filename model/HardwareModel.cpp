@@ -1,5 +1,7 @@
 #include "model/HardwareModel.h"
 
+#include <algorithm>
+
 #include "device/TargetVariable.h"
 #include "elements/ActiveElement.h"
 #include "elements/DataClass.h"
@@ -214,4 +216,16 @@ void HardwareModel::bindDataValues()
             target->bitWidth = field ? quint32(qMax(field->width, 0)) : 0;
         }
     }
+}
+
+QList<Peripheral *> HardwareModel::devicePeripherals() const
+{
+    QList<Peripheral *> placed;
+    for (Peripheral *peripheral : m_peripherals) {
+        const QList<Register *> registers = peripheral->registersByAddress();
+        if (!registers.isEmpty() && registers.last()->address >= 0)
+            placed << peripheral;
+    }
+    std::sort(placed.begin(), placed.end(), [](Peripheral *a, Peripheral *b) { return a->name < b->name; });
+    return placed;
 }

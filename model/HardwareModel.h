@@ -1,5 +1,6 @@
 #pragma once
 #include <QHash>
+#include <QList>
 #include <QString>
 
 class ActiveElement;
@@ -52,6 +53,10 @@ public:
     // The peripheral of that name, created when missing.
     Peripheral *addPeripheral(const QString &name);
     const QHash<QString, Peripheral *> &peripherals() const { return m_peripherals; }
+    // The peripherals of the device, sorted by name: those with at least one
+    // register the SVD file placed. Names that only the form's defines made
+    // (svd="0" elements, the reserved defines) are left out.
+    QList<Peripheral *> devicePeripherals() const;
 
     // The register's value from the elements that claim its bits: the sum of
     // their definevalue texts as decimal text. A text that is not an

@@ -371,14 +371,6 @@ void MainWindow::buildActions()
     m_recording = new RecordingControl(this, m_actions->action(QStringLiteral("startStopRecording")),
                                        m_actions->action(QStringLiteral("addRecordCmd")),
                                        [this] { return m_preferences.scriptsDir; }, [this] { return m_lastDocument; });
-    if (QAction *svdTree = m_actions->action(QStringLiteral("showSvdTree"))) {
-        svdTree->setEnabled(true);
-        connect(svdTree, &QAction::triggered, this, [this]() {
-            auto *dialog = new ShowSvdDialog([this](ActiveElement *element) { showElement(element); }, this);
-            dialog->setAttribute(Qt::WA_DeleteOnClose);
-            dialog->show();
-        });
-    }
 
     auto shortcut = [this](const char *slot, QKeySequence::StandardKey key) {
         if (QAction *a = m_actions->action(QLatin1String(slot)))
@@ -972,6 +964,13 @@ void MainWindow::showLocks()
     if (Dialogs::quiet())
         return;
     auto *dialog = new LockDialog(m_document->locks().graph(), this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->show();
+}
+
+void MainWindow::showSvdTree()
+{
+    auto *dialog = new ShowSvdDialog([this](ActiveElement *element) { showElement(element); }, this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->show();
 }

@@ -214,6 +214,8 @@ public slots:
     void on_sendLock(const QString &lock);
     void on_sendUnlock(const QString &lock);
     void showLocks();
+    // The SVD model as a tree, in a window of its own.
+    void showSvdTree();
     // The chip drawing in a window of its own (menu and SHOWPINMAPPER), and
     // a catalog record picked into the form (SELECTDATA).
     void showPortMapping();

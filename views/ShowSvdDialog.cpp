@@ -52,15 +52,8 @@ void ShowSvdDialog::fill()
         return;
     DocumentTables *tables = DocumentTables::current();
     const QBrush highlight(QColor(230, 240, 255));
-    QList<Peripheral *> peripherals = hardware->peripherals().values();
-    std::sort(peripherals.begin(), peripherals.end(), [](Peripheral *a, Peripheral *b) { return a->name < b->name; });
-    for (Peripheral *peripheral : peripherals) {
-        // Names that only the form's defines made (svd="0" elements, the
-        // reserved defines) are no part of the device.
-        const QList<Register *> placed = peripheral->registersByAddress();
-        if (placed.isEmpty() || placed.last()->address < 0)
-            continue;
-        QList<Register *> registers = peripheral->registersByAddress();
+    for (Peripheral *peripheral : hardware->devicePeripherals()) {
+        const QList<Register *> registers = peripheral->registersByAddress();
         // The peripheral's base: its lowest placed register.
         int base = -1;
         for (Register *reg : registers) {

@@ -55,14 +55,7 @@ void SvdTree::refresh()
         ActiveElement *e = tables ? tables->element(define) : nullptr;
         return e ? e->value(Selectors::Value) : QStringLiteral("---");
     };
-    QList<Peripheral *> peripherals = hardware->peripherals().values();
-    std::sort(peripherals.begin(), peripherals.end(), [](Peripheral *a, Peripheral *b) { return a->name < b->name; });
-    for (Peripheral *peripheral : peripherals) {
-        // Names that only the form's defines made (svd="0" elements, the
-        // reserved defines) are no part of the device.
-        const QList<Register *> placed = peripheral->registersByAddress();
-        if (placed.isEmpty() || placed.last()->address < 0)
-            continue;
+    for (Peripheral *peripheral : hardware->devicePeripherals()) {
         if (tables && tables->element(peripheral->name))
             continue;
         auto *root = new QStandardItem(peripheral->name);
