@@ -261,6 +261,7 @@ bool DescriptionReader::readRootLevelElement(bool &containerFound)
         m_state.iocheckSet = true;
     } else if (name == QLatin1String("loadsaveallowed")) {
         m_state.loadSaveAllowed = attr("value").toInt() != 0;
+        m_state.loadSaveAllowedSet = true;
     } else if (name == QLatin1String("tooltipconfig")) {
         ToolTipConfig::set(quint32(normaliseNumber(attr("value")).toULongLong()));
     } else if (name == QLatin1String("usesPython")) {

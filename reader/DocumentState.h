@@ -36,6 +36,9 @@ struct DocumentState
     quint16 iocheckMode = 1;
     bool iocheckSet = false;
     bool loadSaveAllowed = true;
+    // The description said `loadsaveallowed` itself (the form editor writes
+    // it back only then).
+    bool loadSaveAllowedSet = false;
     bool usesStick = false;
     bool usesPython = false;
     // The pin mapping file's content (shared with the mapper views) and
