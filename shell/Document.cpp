@@ -63,6 +63,9 @@ void Document::clear()
             delete dir->widget();
     }
     m_tables.clear();
+    // What the root level said (files, version, ports) went with the form:
+    // a failed read must not leave the former description's settings behind.
+    m_state = DocumentState();
     m_model->clear();
     // Conflicts belong to the form that is gone; the next starts at 0.
     m_locks->clear();

@@ -1,6 +1,7 @@
 #pragma once
 #include <QObject>
 #include <QPointer>
+#include <QWidget>
 #include <QString>
 #include <memory>
 

@@ -4,6 +4,7 @@
 #include "RecordingSink.h"
 #include "elements/ActiveElement.h"
 #include "elements/DocumentTables.h"
+#include "reader/DescriptionReader.h"
 #include "shell/Console.h"
 #include "shell/Document.h"
 #include "shell/MainWindow.h"
@@ -105,6 +106,21 @@ private slots:
         QCOMPARE(readTextFile(second).toUtf8(), bytes);
         const QByteArray digest = QCryptographicHash::hash(bytes.mid(bytes.indexOf("</checksum>")), QCryptographicHash::Sha256).toHex();
         QVERIFY(bytes.contains("<checksum>" + digest + "</checksum>"));
+    }
+
+    void failedReadForgetsTheFormerDescription()
+    {
+        // The migration file and SVD name of a form must not outlive it: a
+        // configuration saved or migrated after a failed open would use them.
+        Document document(nullptr);
+        QVERIFY(document.read(m_mini, ReaderOptions()));
+        QCOMPARE(document.state().migrationFile, QStringLiteral("migrate.txt"));
+        const QString broken = path(QStringLiteral("broken.xml"));
+        QVERIFY(writeTextFile(broken, "<nvxmlcfg version=\"2.0.0\"><verticalcontainer><spinbox"));
+        QVERIFY(!document.read(broken, ReaderOptions()));
+        QVERIFY(document.state().migrationFile.isEmpty());
+        QVERIFY(document.state().svdName.isEmpty());
+        QVERIFY(document.root() == nullptr);
     }
 
     void migrationMovesAndDrops()
