@@ -115,19 +115,6 @@ QString feedOf(const QString &data)
     return dot < 0 ? data : data.left(dot);
 }
 
-template <class Hash>
-void renameKey(Hash &hash, const QString &from, const QString &to, QObject *object)
-{
-    auto it = hash.find(from);
-    if (it == hash.end())
-        return;
-    if (static_cast<QObject *>(dynamic_cast<QObject *>(it.value())) != object)
-        return;
-    auto value = it.value();
-    hash.erase(it);
-    hash.insert(to, value);
-}
-
 } // namespace
 
 AttributeApplier::AttributeApplier(Document &document)
@@ -238,12 +225,15 @@ bool AttributeApplier::rename(QObject *target, const QString &newName)
             t.containers.insert(name, container);
         }
     }
+    // Displays are filed under the define they were written with, which
+    // need not be their object name: found by the object itself.
     for (QHash<QString, QObject *> *hash : {&t.leds, &t.timers, &t.plots, &t.dials, &t.thermos, &t.images,
                                             &t.pushButtons}) {
-        if (hash->value(old) == target) {
-            hash->remove(old);
+        const QStringList keys = hash->keys(target);
+        for (const QString &key : keys)
+            hash->remove(key);
+        if (!keys.isEmpty())
             hash->insert(name, target);
-        }
     }
     target->setObjectName(name);
     return true;
@@ -352,7 +342,8 @@ bool AttributeApplier::applyGeometry(QWidget *widget, const QString &key, const 
         if (value.trimmed().isEmpty() || !font.fromString(value.trimmed()))
             return false;
         widget->setFont(font);
-        *shown = font.toString();
+        // The widget's own form, as the row will show it next time.
+        *shown = widget->font().toString();
         widget->setProperty("my_font", *shown);
         return true;
     }
