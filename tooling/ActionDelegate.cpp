@@ -16,6 +16,7 @@ QWidget *ActionDelegate::createEditor(QWidget *parent, const QStyleOptionViewIte
     if (!element)
         return nullptr;
     auto *dialog = new EditActionsDialog(element, parent);
+    dialog->setSlotHost(m_table->slotHost());
     auto *self = const_cast<ActionDelegate *>(this);
     connect(dialog, &QDialog::finished, self, [self, dialog] { emit self->closeEditor(dialog); });
     return dialog;

@@ -40,6 +40,12 @@ public:
     // The value cell's text of a key.
     QString valueOf(const QString &key) const;
 
+    // Where the command slots of actions live (the main window): actions
+    // added in the actions dialog are wired to it at once, so that the
+    // preview runs them. Without a host they run after the next load.
+    void setSlotHost(QObject *host) { m_slotHost = host; }
+    QObject *slotHost() const { return m_slotHost; }
+
     Document &document() { return m_document; }
     AttributeApplier &applier() { return m_applier; }
     QTableView *view() const { return m_view; }
@@ -52,6 +58,7 @@ private:
     QTableView *m_view;
     QStandardItemModel *m_model;
     QPointer<QObject> m_target;
+    QPointer<QObject> m_slotHost;
     AttributeApplier m_applier;
     // The row delegates of the present rows; replaced at every fill.
     QList<QStyledItemDelegate *> m_delegates;

@@ -10,6 +10,7 @@
 #include "elements/SpinBox.h"
 #include "elements/TimerLabel.h"
 #include "elements/ToggleButton.h"
+#include "reader/ActionReader.h"
 #include "tooling/ComboBoxActionDelegate.h"
 
 #include <QCollator>
@@ -169,6 +170,10 @@ void EditActionsDialog::accept()
             if (isSendUsb(command))
                 entry << entryText(cell(RecData)) << entryText(cell(Delay));
             data.insert(key, data.value(key).toStringList() + entry);
+            // The same wiring the reader gives an action; a signal the
+            // element does not have, or a repeated one, is left alone.
+            if (m_slotHost)
+                ActionReader::connectAction(m_element, entry.constFirst(), m_slotHost, command);
         }
         if (ActiveElement *element = asActiveElement(m_element))
             element->setProperty("data", data);

@@ -16,6 +16,9 @@ class EditActionsDialog : public QDialog
 public:
     explicit EditActionsDialog(QObject *element, QWidget *parent = nullptr);
 
+    // Actions accepted are wired to the host's command slots.
+    void setSlotHost(QObject *host) { m_slotHost = host; }
+
     QStandardItemModel *model() const { return m_model; }
     QTableView *view() const { return m_view; }
 
@@ -34,6 +37,7 @@ private:
     void fillRows();
 
     QPointer<QObject> m_element;
+    QPointer<QObject> m_slotHost;
     QStandardItemModel *m_model;
     QTableView *m_view;
     ComboBoxActionDelegate *m_events;

@@ -1,6 +1,7 @@
 #include <QtTest>
 
 #include "EditorForm.h"
+#include "elements/ActionRunner.h"
 #include "elements/ComboBox.h"
 #include "elements/DocumentTables.h"
 #include "elements/Image.h"
@@ -8,6 +9,7 @@
 #include "reader/DocumentState.h"
 #include "shell/Dialogs.h"
 #include "shell/Document.h"
+#include "tooling/ActionDelegate.h"
 #include "tooling/AttributeTable.h"
 #include "tooling/ColorDelegate.h"
 #include "tooling/ComboBoxActionDelegate.h"
@@ -82,6 +84,17 @@ bool writePicture(const QString &path, const QColor &color)
     image.fill(color);
     return image.save(path, "PNG");
 }
+
+// Stands in for the window's command slots.
+class CommandHost : public QObject
+{
+    Q_OBJECT
+public slots:
+    void setDef(const QString &text) { received << text; }
+
+public:
+    QStringList received;
+};
 
 } // namespace
 
@@ -291,6 +304,30 @@ private slots:
         const QStringList expected = {"selected_sendUSB", "", "AA BB", "R.X", "5",
                                       "selected_runScript", "", "go.script"};
         QCOMPARE(data.value(key).toStringList(), expected);
+    }
+
+    void acceptedActionsRun()
+    {
+        QObject *spin = m_form->find(QStringLiteral("S1"));
+        CommandHost host;
+        // Read without a window: the action of the description reaches no one.
+        ActionRunner::run(spin, QStringLiteral("0"), QStringLiteral("changed"));
+        QVERIFY(host.received.isEmpty());
+
+        m_table->setSlotHost(&host);
+        m_table->fill(spin);
+        ActionDelegate delegate(m_table);
+        QWidget *editor = delegate.createEditor(m_view->viewport(), QStyleOptionViewItem(),
+                                                m_table->model()->index(m_table->rowOf(QStringLiteral("action")), 1));
+        auto *dialog = qobject_cast<EditActionsDialog *>(editor);
+        QVERIFY(dialog);
+        QCOMPARE(dialog->model()->rowCount(), 1);
+        dialog->insertLine();
+        dialog->model()->item(1, 3)->setText(QStringLiteral("K1=4"));
+        dialog->accept();
+        ActionRunner::run(spin, QStringLiteral("0"), QStringLiteral("changed"));
+        QCOMPARE(host.received, (QStringList{"K1=1", "K1=4"}));
+        delete editor;
     }
 
     void itemsDialog()
