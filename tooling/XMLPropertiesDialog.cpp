@@ -49,6 +49,10 @@ XMLPropertiesDialog::XMLPropertiesDialog(DocumentState &state, QWidget *parent)
     row = addRow(grid, tr("Info sources"), QStringLiteral("forum"), !state.forumUrl.isEmpty());
     addEditor(grid, row, 1, tr("Forum-URL: "), QStringLiteral("forumUrl"), state.forumUrl);
 
+    // The editor columns share the width; the captions keep theirs.
+    grid->setColumnStretch(2, 1);
+    grid->setColumnStretch(4, 1);
+
     auto *box = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
     connect(box, &QDialogButtonBox::accepted, this, &XMLPropertiesDialog::accept);
     connect(box, &QDialogButtonBox::rejected, this, &XMLPropertiesDialog::reject);
@@ -74,6 +78,7 @@ QLineEdit *XMLPropertiesDialog::addEditor(QGridLayout *grid, QCheckBox *row, int
     auto *caption = new QLabel(label, this);
     auto *edit = new QLineEdit(text, this);
     edit->setObjectName(name);
+    edit->setMinimumWidth(140);
     caption->setBuddy(edit);
     caption->setEnabled(row->isChecked());
     edit->setEnabled(row->isChecked());
