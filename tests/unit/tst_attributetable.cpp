@@ -9,6 +9,7 @@
 #include "elements/MathLabel.h"
 #include "elements/TimerLabel.h"
 #include "elements/ToggleButton.h"
+#include "elements/VerticalWidget.h"
 #include "shell/Document.h"
 #include "tooling/ActionDelegate.h"
 #include "tooling/AttributeRows.h"
@@ -24,6 +25,8 @@
 
 #include <QDoubleSpinBox>
 #include <QGridLayout>
+#include <QGroupBox>
+#include <QTabWidget>
 #include <QLineEdit>
 #include <QSpinBox>
 #include <QStandardItemModel>
@@ -472,6 +475,48 @@ private slots:
         QVERIFY(table.setAttribute(QStringLiteral("svd"), QStringLiteral("P.R.NOPE")));
         QCOMPARE(other->toolTip(), QStringLiteral("Clock divider"));
         QCOMPARE(other->property("my_svd").toString(), QStringLiteral("P.R.NOPE"));
+    }
+
+    void containerLabels()
+    {
+        EditorForm form;
+        QVERIFY2(form.load(QByteArray(),
+                           "<tabcontainer><verticalcontainer label=\"First\"><edit define=\"E1\"/></verticalcontainer>"
+                           "<groupcontainer label=\"Box\"><checkbox define=\"C2\" label=\"x\"/></groupcontainer>"
+                           "</tabcontainer>"),
+                 qPrintable(form.error()));
+        QTableView view;
+        AttributeTable table(form.document(), &view);
+        // The root container is the tab container itself, or holds it.
+        auto *tabs = qobject_cast<QTabWidget *>(form.document().root());
+        if (!tabs)
+            tabs = form.document().root()->findChild<QTabWidget *>();
+        QVERIFY(tabs);
+        QCOMPARE(tabs->count(), 2);
+        auto *page = form.document().root()->findChild<VerticalWidget *>();
+        QVERIFY(page);
+        table.fill(page);
+        QCOMPARE(table.valueOf(QStringLiteral("Label")), QStringLiteral("First"));
+        QVERIFY(!table.model()->findItems(QStringLiteral("action")).size());
+        QVERIFY(table.setAttribute(QStringLiteral("Label"), QStringLiteral("Renamed")));
+        QCOMPARE(page->property("my_label").toString(), QStringLiteral("Renamed"));
+        QCOMPARE(tabs->tabText(0), QStringLiteral("Renamed"));
+
+        auto *group = form.document().root()->findChild<QGroupBox *>();
+        QVERIFY(group);
+        table.fill(group);
+        QVERIFY(table.setAttribute(QStringLiteral("Label"), QStringLiteral("Frame")));
+        QCOMPARE(group->title(), QStringLiteral("Frame"));
+        QCOMPARE(group->property("my_label").toString(), QStringLiteral("Frame"));
+
+        auto *edit = qobject_cast<QLineEdit *>(form.find(QStringLiteral("E1")));
+        QVERIFY(edit);
+        table.fill(edit);
+        QVERIFY(table.setAttribute(QStringLiteral("Readonly"), QStringLiteral("1")));
+        QVERIFY(edit->isReadOnly());
+        QVERIFY(table.setAttribute(QStringLiteral("Readonly"), QStringLiteral("false")));
+        QVERIFY(!edit->isReadOnly());
+        QCOMPARE(edit->property("my_readonly").toString(), QStringLiteral("false"));
     }
 
     void closeEditorNormalises()
