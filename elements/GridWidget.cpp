@@ -3,6 +3,7 @@
 #include "elements/TabWidget.h"
 
 #include <QGridLayout>
+#include <QMap>
 
 GridWidget::GridWidget(QWidget *parent)
     : QFrame(parent)
@@ -38,4 +39,32 @@ void GridWidget::childSetDef(int iPageNr)
 {
     for (const QString &setDef : TabWidget::pageSetDefs(this, iPageNr))
         emit selected_setDef(setDef);
+}
+
+void GridWidget::relayout(int columns)
+{
+    // Cells in reading order: line first, then column.
+    QMap<QPair<int, int>, QLayoutItem *> cells;
+    for (int i = 0; i < m_layout->count(); ++i) {
+        int row = 0;
+        int column = 0;
+        int rowSpan = 0;
+        int columnSpan = 0;
+        m_layout->getItemPosition(i, &row, &column, &rowSpan, &columnSpan);
+        cells.insert(qMakePair(row, column), m_layout->itemAt(i));
+    }
+    QList<QLayoutItem *> items;
+    while (m_layout->count() > 0)
+        m_layout->takeAt(0);
+    items = cells.values();
+    setColumns(columns);
+    m_row = 0;
+    m_column = 0;
+    for (QLayoutItem *item : qAsConst(items)) {
+        m_layout->addItem(item, m_row, m_column);
+        if (++m_column >= m_columns) {
+            m_column = 0;
+            ++m_row;
+        }
+    }
 }

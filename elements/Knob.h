@@ -32,6 +32,7 @@ public:
     void setInteger(bool integer);
     bool isInteger() const { return m_integer; }
     void setStep(double step);
+    double step() const { return m_step; }
 
 signals:
     void changedByUser();

@@ -3,6 +3,7 @@
 #include <QPointer>
 #include <QWidget>
 #include <QString>
+#include <QWidget>
 #include <memory>
 
 #include "elements/DocumentTables.h"

@@ -298,3 +298,25 @@ bool MyQwtPlot::command(const QString &suffix, const QString &text)
         return false;
     return true;
 }
+
+void MyQwtPlot::removeCurves()
+{
+    for (Curve &c : m_curves) {
+        c.curve->detach();
+        delete c.curve; // and its series with it
+    }
+    m_curves.clear();
+    insertLegend(nullptr);
+    replot();
+}
+
+void MyQwtPlot::setSeriesModes(bool oszi, bool history)
+{
+    setModes(oszi, history);
+    for (Curve &c : m_curves) {
+        c.series = new FloatSeriesData(maxX, m_oszi, m_history);
+        c.curve->setData(c.series); // drops the former series
+    }
+    restartSweepScale(0);
+    replot();
+}

@@ -54,6 +54,13 @@ public:
 
     // What a catalog record does to a plot it names: the curves start
     // afresh, and the axes show the plot's current bounds again.
+    // The form editor's edits: every curve goes (with its legend), and every
+    // series starts over in the new modes.
+    void removeCurves();
+    void setSeriesModes(bool oszi, bool history);
+    bool oszi() const { return m_oszi; }
+    bool history() const { return m_history; }
+
     Q_INVOKABLE void clearCurves();
     Q_INVOKABLE void setAxes();
 

@@ -98,6 +98,13 @@ bool Table::addColumn(const TableColumn &column)
     return true;
 }
 
+void Table::clearColumns()
+{
+    m_columnCount = 0;
+    for (int &column : m_columnByKind)
+        column = -1;
+}
+
 void Table::setFormats(const QString &send, const QString &rec, const QString &tooltipRec)
 {
     m_sendFormat = send;

@@ -37,6 +37,8 @@ public:
     // Reader side: columns first (the 11th and later are ignored), then the
     // model is built with them.
     bool addColumn(const TableColumn &column);
+    // Drops every column (the form editor rewrites them all, then rebuilds).
+    void clearColumns();
     void setNumRows(quint16 rows) { m_numRows = rows; }
     void setFormats(const QString &send, const QString &rec, const QString &tooltipRec);
     void buildModel();
