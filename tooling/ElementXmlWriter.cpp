@@ -139,15 +139,6 @@ QWidget *ElementXmlWriter::containerWidgetOf(QObject *object)
     return nullptr;
 }
 
-bool ElementXmlWriter::isInsideElement(QWidget *widget, QWidget *container) const
-{
-    for (QWidget *p = widget->parentWidget(); p && p != container; p = p->parentWidget()) {
-        if (!ElementAttributes::elementName(p).isEmpty())
-            return true;
-    }
-    return false;
-}
-
 void ElementXmlWriter::writeKept(const KeptElement &element, QWidget *context, bool root)
 {
     // Removed in the editor.
@@ -230,13 +221,27 @@ void ElementXmlWriter::writeKeptChildren(const KeptElement &element, QObject *ob
         writeActions(ElementAttributes::propertyHolder(object), QStringLiteral("0"));
 }
 
+void ElementXmlWriter::collectElements(QWidget *widget, QList<QWidget *> &elements)
+{
+    // Down to the first element on each path: what lies inside an element
+    // (a spin box's line edit, a tab's pages behind its stack) is its own.
+    for (QObject *child : widget->children()) {
+        if (!child->isWidgetType())
+            continue;
+        auto *w = static_cast<QWidget *>(child);
+        if (!ElementAttributes::elementName(w).isEmpty())
+            elements.append(w);
+        else
+            collectElements(w, elements);
+    }
+}
+
 void ElementXmlWriter::writeUnkept(QWidget *container)
 {
-    const QList<QWidget *> widgets = container->findChildren<QWidget *>();
+    QList<QWidget *> widgets;
+    collectElements(container, widgets);
     for (QWidget *widget : widgets) {
-        if (m_written.contains(widget) || ElementAttributes::elementName(widget).isEmpty())
-            continue;
-        if (containerWidgetOf(widget) != container || isInsideElement(widget, container))
+        if (m_written.contains(widget))
             continue;
         if (const KeptElement *kept = m_byObject.value(widget))
             writeKept(*kept, nullptr);

@@ -48,7 +48,7 @@ private:
     void writeCurves(QObject *plot, const QString &keptText);
     void writeColumns(QObject *table);
     static QWidget *containerWidgetOf(QObject *object);
-    bool isInsideElement(QWidget *widget, QWidget *container) const;
+    static void collectElements(QWidget *widget, QList<QWidget *> &elements);
 
     QXmlStreamWriter &m_xml;
     DocumentTables &m_tables;
