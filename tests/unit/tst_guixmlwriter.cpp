@@ -161,6 +161,10 @@ void TestGuiXmlWriter::elementText_data()
                                   << QStringLiteral("<registerview define=\"RV\" readwritebuddy=\"TA\"/>");
     QTest::newRow("var") << QByteArray("<var define=\"V\" default=\"3\" address=\"0x20000000\" size=\"4\"/>")
                          << QStringLiteral("<var define=\"V\" default=\"3\" address=\"0x20000000\" size=\"4\"/>");
+    QTest::newRow("communication task") << QByteArray("<communication data=\"01 02\" interval=\"100\" OnChanged=\"1\"/>")
+                                        << QStringLiteral("<communication data=\"01 02\" interval=\"100\" OnChanged=\"1\"/>");
+    QTest::newRow("svdtree") << QByteArray("<svdtree define=\"ST\" showValues=\"1\"/>")
+                             << QStringLiteral("<svdtree define=\"ST\" showValues=\"1\"/>");
     QTest::newRow("stretch and line") << QByteArray("<stretch/><horizontalline/>")
                                       << QStringLiteral("<stretch/>\n<horizontalline/>");
     QTest::newRow("header group becomes attributes")
@@ -237,7 +241,8 @@ void TestGuiXmlWriter::editsWinOverTheTextAsRead()
     box->setProperty("data", data);
     auto *combo = dynamic_cast<ComboBox *>(document.tables().element(QStringLiteral("C")));
     QVERIFY(combo);
-    combo->setProperty("itemText", QStringList{QStringLiteral("1#$#one"), QStringLiteral("7#$#seven")});
+    combo->setProperty("itemText",
+                       QStringList{QStringLiteral("1#$#one"), QStringLiteral("7#$#seven"), QStringLiteral("plain")});
     QVariantMap locks;
     locks.insert(QStringLiteral("7"), QStringList{QStringLiteral("L1"), QStringLiteral("L2")});
     combo->setProperty("locks", locks);
@@ -256,7 +261,8 @@ void TestGuiXmlWriter::editsWinOverTheTextAsRead()
                                           "<action event=\"unchecked\" cmd=\"setDef\" data=\"X=0\"/>\n</checkbox>")),
              qPrintable(text));
     QVERIFY2(text.contains(QStringLiteral("<combo define=\"C\">\n<item label=\"one\" value=\"1\"/>\n"
-                                          "<item label=\"seven\" value=\"7\" lockon=\"L1;L2\"/>\n</combo>")),
+                                          "<item label=\"seven\" value=\"7\" lockon=\"L1;L2\"/>\n"
+                                          "<item label=\"plain\"/>\n</combo>")),
              qPrintable(text));
     QVERIFY(!text.contains(QLatin1String("GONE")));
     QVERIFY2(text.contains(QStringLiteral("<var define=\"V1\"/>")), qPrintable(text));
