@@ -104,6 +104,7 @@ void CommonAttributes::apply(DescriptionReader &reader, QWidget *widget, const Q
     const QString define = widget->objectName();
     auto has = [&a](const char *name) { return a.hasAttribute(QLatin1String(name)); };
     auto text = [&a](const char *name) { return a.value(QLatin1String(name)).toString(); };
+    reader.noteElement(widget);
 
     if (has("stretch")) {
         const int factor = text("stretch").toInt();

@@ -18,6 +18,7 @@
 #include "elements/TreeWidgetItem.h"
 #include "elements/VerticalWidget.h"
 #include "reader/CommonAttributes.h"
+#include "reader/ElementAttributes.h"
 #include "reader/ElementReaders.h"
 #include "reader/PythonCheck.h"
 #include "reader/StartCondition.h"
@@ -35,6 +36,8 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QFrame>
+#include <QRegularExpression>
+#include <QTextCodec>
 #include <QWidget>
 
 namespace {
@@ -73,6 +76,37 @@ QString prefixFor(const QString &kind)
     if (kind == QLatin1String("gridcontainer"))
         return QStringLiteral("GRID");
     return QStringLiteral("VERT");
+}
+
+// The document's text. The stream reads the decoded text, so that its
+// character offsets are offsets into the text the kept elements are cut
+// from; the encoding is the one the document declares.
+QString decodeDocument(const QByteArray &bytes)
+{
+    QTextCodec *codec = QTextCodec::codecForUtfText(bytes, nullptr);
+    if (!codec) {
+        static const QRegularExpression declared(QStringLiteral("^\\s*<\\?xml[^>]*encoding\\s*=\\s*[\"']([^\"']+)[\"']"));
+        const QRegularExpressionMatch m = declared.match(QString::fromLatin1(bytes.left(200)));
+        if (m.hasMatch())
+            codec = QTextCodec::codecForName(m.captured(1).toLatin1());
+    }
+    if (!codec)
+        codec = QTextCodec::codecForName("UTF-8");
+    return codec->toUnicode(bytes);
+}
+
+bool isFoldedName(const QString &name)
+{
+    return name == QLatin1String("include") || name == QLatin1String("header") || name == QLatin1String("version");
+}
+
+KeptElement::Attributes attributePairs(const QXmlStreamAttributes &a)
+{
+    KeptElement::Attributes pairs;
+    pairs.reserve(a.size());
+    for (const QXmlStreamAttribute &attribute : a)
+        pairs.append({attribute.qualifiedName().toString(), attribute.value().toString()});
+    return pairs;
 }
 
 QString rootNameFor(const QString &kind)
@@ -132,7 +166,11 @@ bool DescriptionReader::read(QIODevice *device, const QString &fileName)
 
     m_content = device->readAll();
     device->seek(0);
-    m_ownStream.reset(new QXmlStreamReader(m_content));
+    m_text = decodeDocument(m_content);
+    m_state.kept = std::make_shared<KeptElement>();
+    m_state.kept->name = QStringLiteral("nvxmlcfg");
+    m_keptStack = {m_state.kept.get()};
+    m_ownStream.reset(new QXmlStreamReader(m_text));
     m_xml = m_ownStream.get();
 
     // An empty form is a success; a stream error before the first element
@@ -223,23 +261,51 @@ bool DescriptionReader::readRootLevelElement(bool &containerFound)
     const QString name = m_xml->name().toString();
     const QXmlStreamAttributes a = m_xml->attributes();
     auto attr = [&a](const char *n) { return a.value(QLatin1String(n)).toString(); };
+    const int start = startTagOffset();
+    auto kept = std::make_shared<KeptElement>();
+    kept->name = name;
+    kept->attributes = attributePairs(a);
+    KeptElement *parent = m_keptStack.last();
 
     if (isContainerName(name)) {
         containerFound = true;
         RootHost host;
+        parent->children.append(kept);
+        m_keptStack.append(kept.get());
         readContainer(&host, name, rootNameFor(name));
+        m_keptStack.removeLast();
         m_root = host.child;
         return true;
     }
+    if (name == QLatin1String("version")) {
+        // The form editor writes the whole document inside `version`: its
+        // children are root-level elements like any other.
+        readVersionWith([this, &containerFound]() {
+            if (readRootLevelElement(containerFound))
+                return true;
+            if (m_xml->hasError())
+                return false;
+            m_xml->skipCurrentElement();
+            return true;
+        });
+        return !m_xml->hasError();
+    }
+    const bool ok = readRootLevelElementOf(name, a, attr);
+    if (ok) {
+        keepRead(kept.get(), start);
+        parent->children.append(kept);
+    }
+    return ok;
+}
+
+bool DescriptionReader::readRootLevelElementOf(const QString &name, const QXmlStreamAttributes &a,
+                                               const std::function<QString(const char *)> &attr)
+{
 
     if (name == QLatin1String("svd") || name == QLatin1String("parametermap") || name == QLatin1String("elf")
         || name == QLatin1String("migration") || name == QLatin1String("disclaimer")
         || name == QLatin1String("pinmapping")) {
         readFileElement(name);
-        return true;
-    }
-    if (name == QLatin1String("version")) {
-        readVersion();
         return true;
     }
     if (name == QLatin1String("fwversion")) {
@@ -279,8 +345,56 @@ bool DescriptionReader::readRootLevelElement(bool &containerFound)
 
 void DescriptionReader::readVersion()
 {
+    readVersionWith([this]() {
+        m_xml->skipCurrentElement();
+        return true;
+    });
+}
+
+void DescriptionReader::readVersionWith(const std::function<bool()> &readChild)
+{
     m_state.versionLabel = m_xml->attributes().value(QLatin1String("label")).toString();
-    m_state.versionText = m_xml->readElementText(QXmlStreamReader::SkipChildElements).trimmed();
+    QString text;
+    while (!m_xml->atEnd() && !m_xml->hasError()) {
+        const QXmlStreamReader::TokenType token = m_xml->readNext();
+        if (token == QXmlStreamReader::Characters) {
+            text += m_xml->text();
+        } else if (token == QXmlStreamReader::StartElement) {
+            if (!readChild())
+                break;
+            // The form was found: the rest of the document is not read.
+            if (m_root)
+                break;
+        } else if (token == QXmlStreamReader::EndElement) {
+            break;
+        }
+    }
+    m_state.versionText = text.trimmed();
+}
+
+int DescriptionReader::startTagOffset() const
+{
+    const int end = int(m_xml->characterOffset());
+    const int at = m_text.lastIndexOf(QLatin1Char('<'), qMax(0, end - 1));
+    return at < 0 ? end : at;
+}
+
+void DescriptionReader::keepRead(KeptElement *element, int start)
+{
+    const int end = int(m_xml->characterOffset());
+    if (element->children.isEmpty() && start >= 0 && end >= start)
+        element->text = m_text.mid(start, end - start);
+}
+
+void DescriptionReader::noteElement(QObject *object)
+{
+    if (m_keptStack.size() < 2 || !object)
+        return;
+    KeptElement *element = m_keptStack.last();
+    if (element->hadTarget)
+        return;
+    element->target = object;
+    element->hadTarget = true;
 }
 
 bool DescriptionReader::readFileElement(const QString &kind)
@@ -382,9 +496,28 @@ void DescriptionReader::dispatch(Container *container)
     const QString name = m_xml->name().toString();
     auto handler = m_handlers.constFind(name);
     if (handler != m_handlers.constEnd()) {
+        // Includes, header groups and versions are folded into the element
+        // around them; every other element is kept with what it became.
+        std::shared_ptr<KeptElement> kept;
+        const int start = startTagOffset();
+        if (!isFoldedName(name)) {
+            kept = std::make_shared<KeptElement>();
+            kept->name = name;
+            kept->attributes = attributePairs(a);
+            m_keptStack.last()->children.append(kept);
+            m_keptStack.append(kept.get());
+        }
         ++m_nesting;
         handler.value()(*this, container);
         --m_nesting;
+        if (kept) {
+            m_keptStack.removeLast();
+            keepRead(kept.get(), start);
+            if (kept->target) {
+                kept->readAttributes = ElementAttributes::current(kept->target);
+                kept->readChildState = ElementAttributes::childState(kept->target);
+            }
+        }
         return;
     }
     // Unknown elements are skipped with their content, without a word.
@@ -404,7 +537,12 @@ void DescriptionReader::registerBuiltinHandlers()
     registerHandler(QStringLiteral("branch"), [](DescriptionReader &r, Container *c) { r.readBranch(c); });
     registerHandler(QStringLiteral("include"), [](DescriptionReader &r, Container *c) { r.readInclude(c); });
     registerHandler(QStringLiteral("header"), [](DescriptionReader &r, Container *c) { r.readHeader(c); });
-    registerHandler(QStringLiteral("version"), [](DescriptionReader &r, Container *) { r.readVersion(); });
+    registerHandler(QStringLiteral("version"), [](DescriptionReader &r, Container *c) {
+        r.readVersionWith([&r, c]() {
+            r.dispatch(c);
+            return !r.xml().hasError();
+        });
+    });
     for (const char *kind : {"svd", "parametermap", "elf", "migration"}) {
         const QString k = QLatin1String(kind);
         registerHandler(k, [k](DescriptionReader &r, Container *) { r.readFileElement(k); });
@@ -642,7 +780,9 @@ void DescriptionReader::readInclude(Container *container)
     const QString formerFolder = m_folder;
     const QString formerVersion = m_documentVersion;
     QXmlStreamReader *formerStream = m_xml;
-    QXmlStreamReader nested(bytes);
+    const QString formerText = m_text;
+    m_text = decodeDocument(bytes);
+    QXmlStreamReader nested(m_text);
     m_xml = &nested;
     m_fileName = QFileInfo(path).absoluteFilePath();
     m_folder = QFileInfo(path).absolutePath();
@@ -668,6 +808,7 @@ void DescriptionReader::readInclude(Container *container)
 
     m_includeStack.removeLast();
     m_xml = formerStream;
+    m_text = formerText;
     m_fileName = formerFile;
     m_folder = formerFolder;
     m_documentVersion = formerVersion;

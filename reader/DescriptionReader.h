@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "reader/DocumentState.h"
+#include "reader/KeptElement.h"
 
 class Container;
 class DocumentTables;
@@ -102,6 +103,10 @@ public:
     // document's folder. Empty when it is in neither.
     QString findFile(const QString &name) const;
 
+    // Tells the reader which object the element being read became (the
+    // first one told wins), so that the kept element knows it.
+    void noteElement(QObject *object);
+
     // Raises an error on the stream, ending the read.
     void raiseError(const QString &text);
     // The symbols of the firmware named by `elf`, for `var` symbols; alive
@@ -113,6 +118,8 @@ private:
     bool checkVersion(const QString &rootName, const QString &version);
     bool checkChecksum(const QByteArray &bytes, bool &pendingChild);
     bool readRootLevelElement(bool &containerFound);
+    bool readRootLevelElementOf(const QString &name, const QXmlStreamAttributes &a,
+                                const std::function<QString(const char *)> &attr);
     void dispatch(Container *container);
     void readChildrenFrom(Container *container, bool pendingChild);
     void readInclude(Container *container);
@@ -123,6 +130,11 @@ private:
     void readVersion();
     void registerBuiltinHandlers();
     QString positionText(bool withBreak) const;
+    // Where the current start tag begins in the text being read.
+    int startTagOffset() const;
+    // Keeps the element just read (from its start tag at `start`).
+    void keepRead(KeptElement *element, int start);
+    void readVersionWith(const std::function<bool()> &readChild);
 
     DocumentTables &m_tables;
     ReaderOptions m_options;
@@ -130,6 +142,10 @@ private:
     std::unique_ptr<QXmlStreamReader> m_ownStream;
     QXmlStreamReader *m_xml = nullptr;
     QByteArray m_content;
+    // The text of the stream being read (the document or an include):
+    // kept elements take their text from it by the stream's offsets.
+    QString m_text;
+    QList<KeptElement *> m_keptStack;
     QString m_fileName;
     QString m_folder;
     QString m_header;

@@ -4,6 +4,7 @@
 #include <memory>
 
 class PinMappingDocument;
+struct KeptElement;
 class ParameterMap;
 
 // What a description says at its root level, beside its form: the files it
@@ -47,4 +48,8 @@ struct DocumentState
     bool pinMapperPlaced = false;
     // The parameter map for catalogs.
     std::shared_ptr<ParameterMap> parameterMap;
+    // The document as read, flattened (includes and header groups folded
+    // in): its root-level elements and the form, in document order. What
+    // the form editor's writer gives back beside the live widgets.
+    std::shared_ptr<KeptElement> kept;
 };

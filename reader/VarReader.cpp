@@ -94,6 +94,7 @@ void readVar(DescriptionReader &reader, Container *)
         data->nextDefine = text("trigger");
     }
     reader.tables().addDataValue(data);
+    reader.noteElement(data);
     // A value without a widget still feeds formulas and displays.
     QObject *host = reader.options().slotHost;
     SlotWiring::connectIfPresent(data, SIGNAL(updateMathLabels()), host, SLOT(on_updateMathLabel()));

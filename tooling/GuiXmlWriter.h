@@ -18,6 +18,9 @@ public:
     bool write(const QString &fileName);
     QString errorText() const { return m_errorText; }
 
+    // The description's text as it will be written, before signing.
+    QString text();
+
 private:
     Document &m_document;
     QString m_errorText;
