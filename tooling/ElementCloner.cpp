@@ -87,6 +87,10 @@ QWidget *ElementCloner::clone(QWidget *source, Container *target, int index)
     if (ButtonGroup *group = groupOf(source))
         origin = group->widget();
     QString define = origin->objectName();
+    // An LED's object name is made from what it watches; its define is the
+    // name it is registered under.
+    if (kind == ElementKind::LED)
+        define = m_document.tables().leds.key(origin, define);
     if (define.isEmpty() && kind != ElementKind::Image)
         define = QStringLiteral("Neuerdefine");
     const QString name = define.isEmpty() ? QString() : copyName(define);
@@ -106,7 +110,7 @@ QWidget *ElementCloner::clone(QWidget *source, Container *target, int index)
         return copy;
     }
     copyProperties(origin, copy);
-    if (!name.isEmpty())
+    if (!name.isEmpty() && kind != ElementKind::LED)
         copy->setObjectName(name);
     if (dynamic_cast<ActiveElement *>(copy) || ElementKind::of(copy) == ElementKind::Button)
         wireActions(copy, m_document.slotHost());

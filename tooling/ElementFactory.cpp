@@ -46,9 +46,13 @@ ElementFactory::ElementFactory(Document &document)
 bool ElementFactory::isTaken(const Document &document, const QString &name)
 {
     auto &t = const_cast<Document &>(document).tables();
-    return t.elements.contains(name) || t.dataValues.contains(name) || t.containers.contains(name)
+    if (t.elements.contains(name) || t.dataValues.contains(name) || t.containers.contains(name)
         || t.leds.contains(name) || t.images.contains(name) || t.dials.contains(name) || t.thermos.contains(name)
-        || t.plots.contains(name) || t.timers.contains(name) || t.pushButtons.contains(name);
+        || t.plots.contains(name) || t.timers.contains(name) || t.pushButtons.contains(name))
+        return true;
+    // Texts and lines are in no table, but their names are still taken.
+    QWidget *root = document.root();
+    return root && (root->objectName() == name || root->findChild<QObject *>(name));
 }
 
 QString ElementFactory::freeDefine(const Document &document, const QString &base)
@@ -107,6 +111,9 @@ QWidget *ElementFactory::add(Container *target, int index, ElementKind::Kind kin
         if (Container *container = asContainer(widget))
             renameContainer(container, define);
     }
+    // An LED is named after what it watches; a new one watches nothing yet.
+    if (kind == ElementKind::LED && widget)
+        widget->setObjectName(define);
     return widget;
 }
 

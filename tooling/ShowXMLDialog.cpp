@@ -18,6 +18,7 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QMenu>
+#include <QMouseEvent>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScrollArea>
@@ -204,8 +205,16 @@ bool ShowXMLDialog::eventFilter(QObject *watched, QEvent *event)
     if (widget && (event->type() == QEvent::MouseMove || event->type() == QEvent::Enter))
         emit statusText(QStringLiteral("%1 %2").arg(QString::fromLatin1(widget->metaObject()->className()),
                                                     widget->objectName()));
-    else if (widget && event->type() == QEvent::MouseButtonPress)
-        selectWidget(widget);
+    else if (widget && event->type() == QEvent::MouseButtonPress) {
+        // A press that the widget ignores goes on to its parents: only the
+        // widget that was hit counts.
+        auto *press = static_cast<QMouseEvent *>(event);
+        const auto stamp = qMakePair(press->timestamp(), press->globalPos());
+        if (stamp != m_lastPress) {
+            m_lastPress = stamp;
+            selectWidget(widget);
+        }
+    }
     return QDialog::eventFilter(watched, event);
 }
 

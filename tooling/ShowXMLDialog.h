@@ -2,6 +2,8 @@
 #include <QAbstractItemDelegate>
 #include <QDialog>
 #include <QModelIndex>
+#include <QPair>
+#include <QPoint>
 #include <QPointer>
 
 #include "tooling/ElementKind.h"
@@ -111,4 +113,5 @@ private:
     ElementBlinker *m_blinker;
     QMenu *m_menu = nullptr;
     QString m_saveFolder;
+    QPair<ulong, QPoint> m_lastPress;
 };
