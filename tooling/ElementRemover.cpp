@@ -100,14 +100,19 @@ bool ElementRemover::removeWidget(QWidget *widget)
     forget(objects);
 
     for (QWidget *w : qAsConst(widgets)) {
-        // A button leaving its group alone takes nothing else along.
-        if (auto *button = qobject_cast<QAbstractButton *>(w)) {
-            if (button->group() && !objects.contains(button->group()))
-                button->group()->removeButton(button);
-        }
-        if (Container *owner = FormTree::containerOf(w))
+        Container *owner = FormTree::containerOf(w);
+        if (owner)
             owner->releaseChild(w);
         w->hide();
+        // A button leaving its group alone: the group still knows it by its
+        // value, so it stays alive, hidden, for as long as the group does.
+        auto *button = qobject_cast<QAbstractButton *>(w);
+        auto *group = button ? dynamic_cast<ButtonGroup *>(button->group()) : nullptr;
+        if (group && !objects.contains(group)) {
+            group->removeButton(button);
+            w->setParent(group->widget());
+            continue;
+        }
         w->setParent(nullptr);
         m_detached << w;
     }

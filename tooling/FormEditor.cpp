@@ -153,7 +153,9 @@ bool FormEditor::cut(const QModelIndex &index)
     if (!FormTree::widgetOf(index) || FormTree::widgetOf(index) == m_document.root())
         return false;
     copy(index);
-    return remove(index);
+    // What is cut is what paste brings back: a radio button's whole group.
+    QStandardItem *item = m_tree->itemOf(m_clipboard);
+    return remove(item ? item->index() : index);
 }
 
 QModelIndex FormEditor::paste(const QModelIndex &current)

@@ -64,6 +64,7 @@ private slots:
     void removeCleansTables();
     void removeRefusals();
     void removeLockSource();
+    void removeRadioButtons();
     void cutAndPaste();
     void clones_data();
     void clones();
@@ -413,6 +414,32 @@ void TestFormEditor::removeLockSource()
     combo = nullptr;
     QVERIFY(m_editor->remove(indexOf("P.R.COUNT")));
     QVERIFY(!doc().tables().element("P.R.COUNT"));
+}
+
+void TestFormEditor::removeRadioButtons()
+{
+    // One option of a group goes; the group keeps working with the other.
+    auto *group = dynamic_cast<ButtonGroup *>(doc().tables().element("RAD"));
+    QVERIFY(group);
+    QVERIFY(m_editor->remove(m_model->index(0, 0, indexOf("RAD"))));
+    QCOMPARE(group->buttons().size(), 1);
+    QCOMPARE(childTexts("RAD"), QStringList{"B"});
+    group->setValue("0", 0);
+    QVERIFY(group->setValue("1", 0));
+    QCOMPARE(group->value(0), QStringLiteral("1"));
+    // Cutting the last button cuts the group, which paste brings back.
+    QVERIFY(m_editor->cut(m_model->index(0, 0, indexOf("RAD"))));
+    QVERIFY(!doc().tables().element("RAD"));
+    QVERIFY(!indexOf("RAD").isValid());
+    const QModelIndex pasted = m_editor->paste(indexOf("T1"));
+    QVERIFY(pasted.isValid());
+    QCOMPARE(m_model->rowCount(pasted), 1);
+    QVERIFY(doc().tables().element("RAD_Copy"));
+    // The editor goes with what it keeps; the form stays whole.
+    delete m_editor;
+    m_editor = nullptr;
+    m_form.window->resetGUI();
+    QVERIFY(doc().tables().element("RAD_Copy")->setValue("1", 0));
 }
 
 void TestFormEditor::cutAndPaste()
