@@ -1,6 +1,7 @@
 #include "tooling/ShowXMLDialog.h"
 
 #include "elements/ActiveElement.h"
+#include "elements/ButtonGroup.h"
 #include "elements/PageRevealer.h"
 #include "shell/Dialogs.h"
 #include "shell/Document.h"
@@ -163,10 +164,23 @@ void ShowXMLDialog::select(const QModelIndex &index)
     on_clicked(index);
 }
 
+namespace {
+
+// What the attribute table shows for a row's object: a radio group's row
+// stands for the group itself, whose properties are the element's.
+QObject *attributeTarget(QObject *object)
+{
+    if (auto *group = object ? object->findChild<ButtonGroup *>(QString(), Qt::FindDirectChildrenOnly) : nullptr)
+        return group;
+    return object;
+}
+
+} // namespace
+
 void ShowXMLDialog::on_clicked(QModelIndex index)
 {
     QObject *object = FormTree::objectOf(index);
-    m_attributes->fill(object);
+    m_attributes->fill(attributeTarget(object));
     applyHeaders();
     auto *widget = qobject_cast<QWidget *>(object);
     if (!widget || !dynamic_cast<ActiveElement *>(widget))
@@ -189,7 +203,7 @@ bool ShowXMLDialog::selectWidget(QWidget *widget)
         if (QStandardItem *item = m_editor->tree().itemOf(w)) {
             m_tree->setCurrentIndex(item->index());
             m_tree->scrollTo(item->index());
-            m_attributes->fill(w);
+            m_attributes->fill(attributeTarget(w));
             applyHeaders();
             return true;
         }

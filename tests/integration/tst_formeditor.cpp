@@ -26,6 +26,7 @@
 #include "tooling/FormEditor.h"
 #include "tooling/FormTree.h"
 #include "tooling/QMyTreeView.h"
+#include "tooling/AttributeTable.h"
 #include "tooling/ShowXMLDialog.h"
 #include "views/MyQwtPlot.h"
 
@@ -751,6 +752,14 @@ void TestFormEditor::dialog()
     QVERIFY(QTest::qWaitForWindowExposed(m_form.window));
     QTest::mouseClick(widget("T2"), Qt::LeftButton, Qt::NoModifier, QPoint(2, 2));
     QCOMPARE(FormTree::objectOf(dialog.treeView()->currentIndex()), static_cast<QObject *>(widget("T2")));
+    QCOMPARE(dialog.attributeTable()->target(), static_cast<QObject *>(widget("T2")));
+    // A radio group's row shows the group's attributes.
+    QAbstractButton *a = dynamic_cast<ButtonGroup *>(doc().tables().element("RAD"))->buttons().at(0);
+    QTest::mouseClick(a, Qt::LeftButton, Qt::NoModifier, QPoint(2, 2));
+    QCOMPARE(dialog.attributeTable()->target(), static_cast<QObject *>(a));
+    const QModelIndex radio = dialog.treeView()->currentIndex().parent();
+    dialog.on_clicked(radio);
+    QCOMPARE(dialog.attributeTable()->target(), dynamic_cast<QObject *>(doc().tables().element("RAD")));
 
     // Quiet mode: the save dialog counts as cancelled and nothing is written.
     const QStringList before = QDir(m_form.dir.path()).entryList(QDir::Files);
