@@ -29,6 +29,7 @@
 #include <qwt_dial.h>
 #include <qwt_thermo.h>
 
+#include <QLayout>
 #include <QRadioButton>
 
 Container::~Container() = default;
@@ -175,6 +176,36 @@ VerticalWidget *Container::addVerticalContainer(const QString &label, int index,
 TreeWidget *Container::addTreeContainer(const QString &label, int index, const QString &name)
 {
     return make<TreeWidget>(label, index, name);
+}
+
+int Container::positionOf(QWidget *child)
+{
+    QWidget *self = containerWidget();
+    if (!child || !self)
+        return -1;
+    if (auto *tab = qobject_cast<QTabWidget *>(self))
+        return tab->indexOf(child);
+    if (auto *grid = qobject_cast<GridWidget *>(self))
+        return grid->orderedChildren().indexOf(child);
+    if (qobject_cast<TreeWidget *>(self) || qobject_cast<AbsoluteWidget *>(self) || !self->layout())
+        return -1;
+    return self->layout()->indexOf(child);
+}
+
+void Container::releaseChild(QWidget *child)
+{
+    QWidget *self = containerWidget();
+    if (!child || !self)
+        return;
+    if (auto *tab = qobject_cast<QTabWidget *>(self)) {
+        const int page = tab->indexOf(child);
+        if (page >= 0)
+            tab->removeTab(page);
+    } else if (auto *grid = qobject_cast<GridWidget *>(self)) {
+        grid->removeChild(child);
+    } else if (self->layout()) {
+        self->layout()->removeWidget(child);
+    }
 }
 
 Container *asContainer(QObject *object)

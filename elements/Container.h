@@ -93,6 +93,15 @@ public:
     // The widget this container is, or for a tree row the tree's widget.
     virtual QWidget *containerWidget() = 0;
 
+    // Where a child stands in the container's own order: its place in the
+    // layout, its page, its cell in line order. -1 when the container keeps
+    // no order (absolute, tree) or the widget is not in it; the add
+    // operations take -1 as "at the end".
+    int positionOf(QWidget *child);
+    // Takes a child out of the container's order (layout, page, cell)
+    // without deleting or reparenting it.
+    void releaseChild(QWidget *child);
+
 protected:
     // The parent a new child is created with; null for tree rows, whose
     // children are parented when the row takes them.

@@ -17,8 +17,12 @@ void GridWidget::addWidget(QWidget *widget, const QString &label, int index)
 {
     Q_UNUSED(label);
     if (index >= 0) {
-        // An explicit position counts cells line by line.
-        m_layout->addWidget(widget, index / m_columns, index % m_columns);
+        // An explicit position counts cells line by line; the children from
+        // there on move one cell further.
+        QList<QWidget *> widgets = orderedChildren();
+        widgets.removeAll(widget);
+        widgets.insert(qMin(index, widgets.size()), widget);
+        placeInOrder(widgets);
         return;
     }
     // Every child takes the cursor's cell, lines and spacers included, so
@@ -41,30 +45,42 @@ void GridWidget::childSetDef(int iPageNr)
         emit selected_setDef(setDef);
 }
 
+QList<QWidget *> GridWidget::orderedChildren() const
+{
+    QMap<QPair<int, int>, QWidget *> cells;
+    for (int i = 0; i < m_layout->count(); ++i) {
+        QWidget *w = m_layout->itemAt(i)->widget();
+        if (!w)
+            continue;
+        int row = 0, column = 0, rowSpan = 0, columnSpan = 0;
+        m_layout->getItemPosition(i, &row, &column, &rowSpan, &columnSpan);
+        cells.insert(qMakePair(row, column), w);
+    }
+    return cells.values();
+}
+
+void GridWidget::removeChild(QWidget *child)
+{
+    QList<QWidget *> widgets = orderedChildren();
+    if (!widgets.removeAll(child))
+        return;
+    m_layout->removeWidget(child);
+    placeInOrder(widgets);
+}
+
 void GridWidget::relayout(int columns)
 {
-    // Cells in reading order: line first, then column.
-    QMap<QPair<int, int>, QLayoutItem *> cells;
-    for (int i = 0; i < m_layout->count(); ++i) {
-        int row = 0;
-        int column = 0;
-        int rowSpan = 0;
-        int columnSpan = 0;
-        m_layout->getItemPosition(i, &row, &column, &rowSpan, &columnSpan);
-        cells.insert(qMakePair(row, column), m_layout->itemAt(i));
-    }
-    QList<QLayoutItem *> items;
-    while (m_layout->count() > 0)
-        m_layout->takeAt(0);
-    items = cells.values();
+    const QList<QWidget *> widgets = orderedChildren();
     setColumns(columns);
+    placeInOrder(widgets);
+}
+
+void GridWidget::placeInOrder(const QList<QWidget *> &widgets)
+{
+    for (QWidget *w : widgets)
+        m_layout->removeWidget(w);
     m_row = 0;
     m_column = 0;
-    for (QLayoutItem *item : qAsConst(items)) {
-        m_layout->addItem(item, m_row, m_column);
-        if (++m_column >= m_columns) {
-            m_column = 0;
-            ++m_row;
-        }
-    }
+    for (QWidget *w : widgets)
+        addWidget(w, QString(), -1);
 }

@@ -137,3 +137,12 @@ void Dialogs::message(QWidget *parent, QMessageBox::Icon icon, const QString &ti
     QMessageBox box(icon, title, text, QMessageBox::Ok, parent);
     box.exec();
 }
+
+QString Dialogs::text(QWidget *parent, const QString &title, const QString &label)
+{
+    if (g_quiet) {
+        reportSkipped(QStringLiteral("text dialog"), title);
+        return QString();
+    }
+    return QInputDialog::getText(parent, title, label);
+}

@@ -27,6 +27,8 @@ public:
     // A list choice; in quiet mode it counts as cancelled (ok false).
     static QString item(QWidget *parent, const QString &title, const QString &label, const QStringList &items,
                         bool *ok);
+    // A line of text; in quiet mode it counts as cancelled (empty).
+    static QString text(QWidget *parent, const QString &title, const QString &label);
 
     // Two answers with texts of their own; true for the first, which quiet
     // mode takes.

@@ -33,6 +33,8 @@ public:
     const DocumentState &state() const { return m_state; }
 
     QString path() const { return m_path; }
+    // Where the elements' signals end (the window; null without one).
+    QObject *slotHost() const { return m_slotHost; }
     QString folder() const { return m_folder; }
     bool isLoading() const { return m_tables.loading; }
     void setLoading(bool loading) { m_tables.loading = loading; }

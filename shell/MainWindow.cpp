@@ -77,6 +77,7 @@
 #include "views/GaugeFeed.h"
 #include "device/TargetAccess.h"
 #include "views/ShowSvdDialog.h"
+#include "tooling/ShowXMLDialog.h"
 #include "views/ViewContext.h"
 
 namespace {
@@ -972,6 +973,15 @@ void MainWindow::showSvdTree()
 {
     auto *dialog = new ShowSvdDialog([this](ActiveElement *element) { showElement(element); }, this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->show();
+}
+
+void MainWindow::editGUI()
+{
+    auto *dialog = new ShowXMLDialog(*m_document, this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &ShowXMLDialog::statusText, statusBar(), [this](const QString &text) { statusBar()->showMessage(text); });
+    connect(dialog, &ShowXMLDialog::formChanged, this, [this] { documentWasModified(true); });
     dialog->show();
 }
 

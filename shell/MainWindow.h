@@ -216,6 +216,8 @@ public slots:
     void showLocks();
     // The SVD model as a tree, in a window of its own.
     void showSvdTree();
+    // The form editor on the open form, in a window of its own.
+    void editGUI();
     // The chip drawing in a window of its own (menu and SHOWPINMAPPER), and
     // a catalog record picked into the form (SELECTDATA).
     void showPortMapping();
