@@ -21,9 +21,6 @@ public:
 
     void setColumns(int columns) { m_columns = columns > 0 ? columns : 1; }
     int columns() const { return m_columns; }
-    // Lays the children out again, line by line in their present order,
-    // in that many columns; the cursor follows, so later children append.
-    void relayout(int columns);
     int currentRow() const { return m_row; }
     int currentColumn() const { return m_column; }
     QGridLayout *gridLayout() const { return m_layout; }
