@@ -338,9 +338,20 @@ void ElementXmlWriter::writeItems(QObject *combo)
         if (at < 0) {
             m_xml.writeAttribute(QStringLiteral("label"), entry);
         } else {
-            const QString value = entry.left(at);
-            m_xml.writeAttribute(QStringLiteral("label"), entry.mid(at + separator.size()));
-            m_xml.writeAttribute(QStringLiteral("value"), value);
+            // value, label, and from the items dialog an override value and
+            // a hidden enumeration value.
+            const QStringList parts = entry.split(separator);
+            const QString value = parts.at(0);
+            m_xml.writeAttribute(QStringLiteral("label"), parts.value(1));
+            if (!parts.value(3).isEmpty()) {
+                m_xml.writeAttribute(QStringLiteral("hide"), parts.value(3));
+                m_xml.writeEndElement();
+                continue;
+            }
+            if (!parts.value(2).isEmpty())
+                m_xml.writeAttribute(QStringLiteral("override"), parts.value(2));
+            else
+                m_xml.writeAttribute(QStringLiteral("value"), value);
             const QString lockOn = locks.value(value).toStringList().join(QLatin1Char(';'));
             if (!lockOn.isEmpty())
                 m_xml.writeAttribute(QStringLiteral("lockon"), lockOn);

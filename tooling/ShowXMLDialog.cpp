@@ -45,6 +45,8 @@ ShowXMLDialog::ShowXMLDialog(Document &document, QWidget *parent)
     m_tree->setEditor(m_editor);
     m_tree->setContextMenuPolicy(Qt::CustomContextMenu);
     m_attributes = new AttributeTable(document, m_table, this);
+    // Actions edited in the table act at once, wired as the reader wires them.
+    m_attributes->setSlotHost(document.slotHost());
     m_table->setModel(m_attributes->model());
     m_table->horizontalHeader()->setStretchLastSection(true);
     m_table->verticalHeader()->hide();

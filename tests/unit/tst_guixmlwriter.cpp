@@ -242,7 +242,9 @@ void TestGuiXmlWriter::editsWinOverTheTextAsRead()
     auto *combo = dynamic_cast<ComboBox *>(document.tables().element(QStringLiteral("C")));
     QVERIFY(combo);
     combo->setProperty("itemText",
-                       QStringList{QStringLiteral("1#$#one"), QStringLiteral("7#$#seven"), QStringLiteral("plain")});
+                       QStringList{QStringLiteral("1#$#one"), QStringLiteral("7#$#seven"), QStringLiteral("plain"),
+                                   // From the items dialog: an override value, a hidden value.
+                                   QStringLiteral("2#$#over#$#5#$#"), QStringLiteral("3#$#gone#$##$#3")});
     QVariantMap locks;
     locks.insert(QStringLiteral("7"), QStringList{QStringLiteral("L1"), QStringLiteral("L2")});
     combo->setProperty("locks", locks);
@@ -262,7 +264,8 @@ void TestGuiXmlWriter::editsWinOverTheTextAsRead()
              qPrintable(text));
     QVERIFY2(text.contains(QStringLiteral("<combo define=\"C\">\n<item label=\"one\" value=\"1\"/>\n"
                                           "<item label=\"seven\" value=\"7\" lockon=\"L1;L2\"/>\n"
-                                          "<item label=\"plain\"/>\n</combo>")),
+                                          "<item label=\"plain\"/>\n<item label=\"over\" override=\"5\"/>\n"
+                                          "<item label=\"gone\" hide=\"3\"/>\n</combo>")),
              qPrintable(text));
     QVERIFY(!text.contains(QLatin1String("GONE")));
     QVERIFY2(text.contains(QStringLiteral("<var define=\"V1\"/>")), qPrintable(text));
