@@ -1,22 +1,13 @@
 #pragma once
-#include <QStyledItemDelegate>
-
-class AttributeTable;
+#include "tooling/DetailsDelegate.h"
 
 // The "Items" row of a list: the items dialog, which refills the list
 // itself when accepted.
-// The dialog stays open beside the form; the cell keeps its hint text.
-class ItemsDelegate : public QStyledItemDelegate
+class ItemsDelegate : public DetailsDelegate
 {
     Q_OBJECT
 public:
-    explicit ItemsDelegate(AttributeTable *table, QObject *parent = nullptr);
+    using DetailsDelegate::DetailsDelegate;
 
     QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
-    void setEditorData(QWidget *, const QModelIndex &) const override {}
-    void setModelData(QWidget *, QAbstractItemModel *, const QModelIndex &) const override {}
-    void updateEditorGeometry(QWidget *, const QStyleOptionViewItem &, const QModelIndex &) const override {}
-
-private:
-    AttributeTable *m_table;
 };
