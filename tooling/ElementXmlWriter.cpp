@@ -158,8 +158,28 @@ void ElementXmlWriter::writeKept(const KeptElement &element, QWidget *context, b
     Container *container = object ? asContainer(object) : nullptr;
     if (!element.children.isEmpty() || container) {
         QWidget *inner = container ? container->containerWidget() : context;
-        for (const auto &child : element.children)
-            writeKept(*child, inner);
+        // The elements of this container take the places they had when read,
+        // in the order they stand in now: a move inside the container in the
+        // form editor moves them in the file. What has no place in the form
+        // (records, radio groups) stays where it was read.
+        const QList<QWidget *> live = container && inner ? liveOrder(inner) : QList<QWidget *>();
+        int next = 0;
+        for (const auto &child : element.children) {
+            QObject *target = child->target.data();
+            if (!target || !target->isWidgetType() || !live.contains(static_cast<QWidget *>(target))) {
+                writeKept(*child, inner);
+                continue;
+            }
+            while (next < live.size() && m_written.contains(live.at(next)))
+                ++next;
+            if (next == live.size())
+                continue;
+            QWidget *widget = live.at(next++);
+            if (const KeptElement *kept = m_byObject.value(widget))
+                writeKept(*kept, nullptr);
+            else
+                writeLive(widget);
+        }
         if (container && inner)
             writeUnkept(inner);
         if (root)
@@ -234,6 +254,44 @@ void ElementXmlWriter::collectElements(QWidget *widget, QList<QWidget *> &elemen
         else
             collectElements(w, elements);
     }
+}
+
+QList<QWidget *> ElementXmlWriter::liveOrder(QWidget *container)
+{
+    QList<QWidget *> elements;
+    collectElements(container, elements);
+    // Radio buttons go with their group, which holds their place.
+    elements.erase(std::remove_if(elements.begin(), elements.end(),
+                                  [](QWidget *w) { return ElementAttributes::elementName(w) == QLatin1String("radiobutton"); }),
+                   elements.end());
+    Container *owner = asContainer(container);
+    if (!owner)
+        return elements;
+    // The position in the container's layout, page or cell order, found
+    // through the wrapper an element may sit in (a label row); -1 where the
+    // container has no order for it (absolute, tree, a hidden element).
+    auto positionOf = [owner, container](QWidget *w) {
+        for (QWidget *at = w; at && at != container; at = at->parentWidget()) {
+            const int position = owner->positionOf(at);
+            if (position >= 0)
+                return position;
+        }
+        return -1;
+    };
+    QList<int> places;
+    QList<QPair<int, QWidget *>> placed;
+    for (int i = 0; i < elements.size(); ++i) {
+        const int position = positionOf(elements.at(i));
+        if (position < 0)
+            continue;
+        places << i;
+        placed << qMakePair(position, elements.at(i));
+    }
+    std::stable_sort(placed.begin(), placed.end(),
+                     [](const QPair<int, QWidget *> &a, const QPair<int, QWidget *> &b) { return a.first < b.first; });
+    for (int i = 0; i < places.size(); ++i)
+        elements[places.at(i)] = placed.at(i).second;
+    return elements;
 }
 
 void ElementXmlWriter::writeUnkept(QWidget *container)

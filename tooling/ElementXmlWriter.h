@@ -49,6 +49,8 @@ private:
     void writeColumns(QObject *table);
     static QWidget *containerWidgetOf(QObject *object);
     static void collectElements(QWidget *widget, QList<QWidget *> &elements);
+    // The container's elements in the order the form shows them now.
+    static QList<QWidget *> liveOrder(QWidget *container);
 
     QXmlStreamWriter &m_xml;
     DocumentTables &m_tables;

@@ -27,6 +27,7 @@ private slots:
     void frameFallbacksAndSignature();
     void frameFromTheDocument();
     void editsWinOverTheTextAsRead();
+    void movesFollowTheForm();
     void failedSaveLeavesNothingHalfWritten_data();
     void failedSaveLeavesNothingHalfWritten();
 
@@ -272,6 +273,35 @@ void TestGuiXmlWriter::editsWinOverTheTextAsRead()
     QVERIFY2(text.contains(QStringLiteral("<checkbox define=\"NEWBOX\" label=\"new\"/>\n<var define=\"V2\" default=\"9\"/>\n"
                                           "</verticalcontainer>")),
              qPrintable(text));
+}
+
+void TestGuiXmlWriter::movesFollowTheForm()
+{
+    // Elements take the order they stand in now; a record without a place
+    // in the form keeps its own.
+    Document document(nullptr);
+    QVERIFY(open(document, "<spinbox define=\"A\" svd=\"0\"/><var define=\"R\"/><spinbox define=\"B\" svd=\"0\"/>"
+                           "<horizontalcontainer label=\"H\"><spinbox define=\"C\" svd=\"0\"/></horizontalcontainer>"));
+    Container *root = asContainer(document.root());
+    QWidget *c = document.root()->findChild<QWidget *>(QStringLiteral("C"));
+    QWidget *b = document.root()->findChild<QWidget *>(QStringLiteral("B"));
+    QVERIFY(root && b && c);
+    // C out of its box to the front of the root, B behind the box.
+    asContainer(c->parentWidget())->releaseChild(c);
+    root->addWidget(c, QString(), 0);
+    root->releaseChild(b);
+    root->addWidget(b, QString(), -1);
+
+    GuiXmlWriter writer(document);
+    const QString text = lines(writer);
+    QStringList order;
+    for (const QString &line : text.split(QLatin1Char('\n'))) {
+        for (const char *name : {"\"A\"", "\"B\"", "\"C\"", "\"R\"", "\"H\""}) {
+            if (line.contains(QLatin1String(name)))
+                order << QString::fromLatin1(name).mid(1, 1);
+        }
+    }
+    QCOMPARE(order, QStringList({"C", "R", "A", "H", "B"}));
 }
 
 void TestGuiXmlWriter::failedSaveLeavesNothingHalfWritten_data()
