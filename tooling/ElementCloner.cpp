@@ -14,6 +14,7 @@
 #include "elements/TimerLabel.h"
 #include "reader/ActionReader.h"
 #include "shell/Document.h"
+#include "tooling/ComboItemText.h"
 #include "tooling/ElementFactory.h"
 #include "tooling/ElementKind.h"
 #include "tooling/FormTree.h"
@@ -302,13 +303,11 @@ QString ElementCloner::fragmentOf(QWidget *source, const QString &define)
     if (kind == ElementKind::Combo) {
         const QVariantMap locks = source->property("locks").toMap();
         for (const QString &entry : source->property("itemText").toStringList()) {
-            const int cut = entry.indexOf(QStringLiteral("#$#"));
-            const QString value = cut < 0 ? entry : entry.left(cut);
+            const ComboItemText item = ComboItemText::parse(entry);
             xml.writeStartElement(QStringLiteral("item"));
-            xml.writeAttribute(QStringLiteral("label"), cut < 0 ? entry : entry.mid(cut + 3));
-            xml.writeAttribute(QStringLiteral("value"), value);
-            const QStringList lockList = locks.value(value).toStringList();
-            if (!lockList.isEmpty())
+            item.writeAttributes(xml);
+            const QStringList lockList = locks.value(item.value).toStringList();
+            if (item.hide.isEmpty() && !item.value.isEmpty() && !lockList.isEmpty())
                 xml.writeAttribute(QStringLiteral("lockon"), lockList.join(QLatin1Char(';')));
             xml.writeEndElement();
         }

@@ -6,6 +6,7 @@
 #include "elements/DocumentTables.h"
 #include "reader/ActionReader.h"
 #include "reader/ElementAttributes.h"
+#include "tooling/ComboItemText.h"
 #include "views/Table.h"
 
 #include <QAbstractButton>
@@ -388,33 +389,17 @@ void ElementXmlWriter::writeItems(QObject *combo)
 {
     const QStringList items = combo->property("itemText").toStringList();
     const QVariantMap locks = combo->property("locks").toMap();
-    const QString separator = QStringLiteral("#$#");
     for (int i = 0; i < items.size(); ++i) {
-        const QString entry = items.at(i);
-        const int at = entry.indexOf(separator);
+        const ComboItemText item = ComboItemText::parse(items.at(i));
         m_xml.writeStartElement(QStringLiteral("item"));
-        if (at < 0) {
-            m_xml.writeAttribute(QStringLiteral("label"), entry);
-        } else {
-            // value, label, and from the items dialog an override value and
-            // a hidden enumeration value.
-            const QStringList parts = entry.split(separator);
-            const QString value = parts.at(0);
-            m_xml.writeAttribute(QStringLiteral("label"), parts.value(1));
-            if (!parts.value(3).isEmpty()) {
-                m_xml.writeAttribute(QStringLiteral("hide"), parts.value(3));
-                m_xml.writeEndElement();
-                continue;
-            }
-            if (!parts.value(2).isEmpty())
-                m_xml.writeAttribute(QStringLiteral("override"), parts.value(2));
-            else
-                m_xml.writeAttribute(QStringLiteral("value"), value);
-            const QString lockOn = locks.value(value).toStringList().join(QLatin1Char(';'));
-            if (!lockOn.isEmpty())
+        item.writeAttributes(m_xml);
+        // A hidden value is no entry of the list: nothing locks or acts.
+        if (item.hide.isEmpty()) {
+            const QString lockOn = locks.value(item.value).toStringList().join(QLatin1Char(';'));
+            if (!item.value.isEmpty() && !lockOn.isEmpty())
                 m_xml.writeAttribute(QStringLiteral("lockon"), lockOn);
+            writeActions(combo, QString::number(i));
         }
-        writeActions(combo, QString::number(i));
         m_xml.writeEndElement();
     }
 }

@@ -70,6 +70,7 @@ private slots:
     void clones_data();
     void clones();
     void cloneContainer();
+    void cloneOfItemsFromTheDialog();
     void drops_data();
     void drops();
     void editedDocumentStillWorks();
@@ -559,6 +560,21 @@ void TestFormEditor::clones()
         QCOMPARE(m_model->rowCount(pasted), 2);
         QCOMPARE(t.element("RAD_Copy"), static_cast<ActiveElement *>(group));
     }
+}
+
+void TestFormEditor::cloneOfItemsFromTheDialog()
+{
+    // The items dialog adds an override and a hidden value to an entry; the
+    // copy takes the label alone and the override as its kind of item.
+    QObject *combo = widget("P.R.MODE");
+    combo->setProperty("itemText", QStringList{"0#$#Fast", "1#$#Slow#$#7#$#", "2#$#Gone#$##$#2"});
+    m_editor->copy(indexOf("P.R.MODE"));
+    const QModelIndex pasted = m_editor->paste(indexOf("T3"));
+    auto *copy = qobject_cast<ComboBox *>(FormTree::widgetOf(pasted));
+    QVERIFY(copy);
+    QCOMPARE(copy->count(), 2);
+    QCOMPARE(copy->itemText(0), QStringLiteral("Fast"));
+    QCOMPARE(copy->itemText(1), QStringLiteral("Slow"));
 }
 
 void TestFormEditor::cloneContainer()
